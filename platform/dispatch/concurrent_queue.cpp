@@ -1,0 +1,105 @@
+// The concurrent queues: one pool of threads that grows when its jobs block.
+#include <algorithm>
+#include <array>
+#include <chrono>
+#include <condition_variable>
+#include <deque>
+#include <mutex>
+#include <thread>
+
+#include "platform/dispatch/dispatch.h"
+
+namespace kelspar::dispatch {
+
+namespace {
+
+class Pool {
+ public:
+  // Never destroyed: detached threads may outlive the static objects.
+  static Pool& shared() {
+    static Pool& pool = *new Pool;
+    return pool;
+  }
+
+  void push(Priority priority, Job job) {
+    const std::lock_guard guard(lock_);
+    waiting_[static_cast<size_t>(priority)].push_back(std::move(job));
+    if (idle_ > 0) {
+      wake_.notify_one();
+    } else if (threads_ < usual_) {
+      addThread();
+    } else if (!watching_) {
+      watching_ = true;
+      std::thread(&Pool::watch, this).detach();
+    }
+  }
+
+ private:
+  static constexpr size_t kMostThreads = 64;
+  static constexpr std::chrono::milliseconds kPatience{5};
+  static constexpr std::chrono::seconds kIdleLife{10};
+
+  // Under the lock, as all below that does not take it.
+  void addThread() {
+    ++threads_;
+    std::thread(&Pool::work, this).detach();
+  }
+
+  [[nodiscard]] bool isEmpty() const {
+    return std::ranges::all_of(waiting_, [](const auto& jobs) { return jobs.empty(); });
+  }
+
+  Job takeNext() {
+    auto& jobs = *std::ranges::find_if(waiting_, [](const auto& queue) { return !queue.empty(); });
+    Job job = std::move(jobs.front());
+    jobs.pop_front();
+    return job;
+  }
+
+  void work() {
+    std::unique_lock guard(lock_);
+    for (;;) {
+      if (isEmpty()) {
+        ++idle_;
+        const bool woken = wake_.wait_for(guard, kIdleLife, [this] { return !isEmpty(); });
+        --idle_;
+        if (!woken) break;
+      }
+      {
+        Job job = takeNext();
+        guard.unlock();
+        job();
+      }
+      guard.lock();
+      ++finished_;
+    }
+    --threads_;
+  }
+
+  // Runs while jobs wait for a thread; adds one whenever a while has passed in which none finished.
+  void watch() {
+    std::unique_lock guard(lock_);
+    while (!isEmpty()) {
+      const uint64_t before = finished_;
+      guard.unlock();
+      std::this_thread::sleep_for(kPatience);
+      guard.lock();
+      if (finished_ == before && !isEmpty() && idle_ == 0 && threads_ < kMostThreads) addThread();
+    }
+    watching_ = false;
+  }
+
+  std::mutex lock_;
+  std::condition_variable wake_;
+  std::array<std::deque<Job>, 4> waiting_;
+  const size_t usual_ = std::max(2u, std::thread::hardware_concurrency());
+  size_t threads_ = 0, idle_ = 0;
+  uint64_t finished_ = 0;
+  bool watching_ = false;
+};
+
+}  // namespace
+
+void async(Priority priority, Job job) { Pool::shared().push(priority, std::move(job)); }
+
+}  // namespace kelspar::dispatch

@@ -1,0 +1,106 @@
+// The main queue on GLib's default main context.
+#include <glib.h>
+#include <unistd.h>
+
+#include <atomic>
+#include <condition_variable>
+#include <memory>
+#include <mutex>
+
+#include "platform/dispatch/dispatch.h"
+
+namespace kelspar::dispatch {
+
+namespace {
+
+gboolean runJob(gpointer job) {
+  (*static_cast<Job*>(job))();
+  return G_SOURCE_REMOVE;
+}
+
+void deleteJob(gpointer job) { delete static_cast<Job*>(job); }
+
+// A job that one thread waits for. Whoever claims it first runs it: the main loop, or the waiting
+// thread when it finds that nobody runs the loop.
+class Hop {
+ public:
+  explicit Hop(const Job& job) : job_(job) {}
+
+  bool claim() { return !claimed_.exchange(true); }
+
+  void run() {
+    job_();
+    const std::lock_guard guard(lock_);
+    done_ = true;
+    finished_.notify_all();
+  }
+
+  bool waitShortly() {
+    std::unique_lock guard(lock_);
+    return finished_.wait_for(guard, std::chrono::milliseconds(5), [this] { return done_; });
+  }
+
+ private:
+  Job job_;
+  std::atomic<bool> claimed_{false};
+  bool done_ = false;
+  std::mutex lock_;
+  std::condition_variable finished_;
+};
+
+}  // namespace
+
+// g_main_context_invoke would run the job on the calling thread when no loop runs, and g_idle_add
+// would let everything else go first: so a source of default priority.
+void asyncMain(Job job) {
+  GSource* source = g_idle_source_new();
+  g_source_set_priority(source, G_PRIORITY_DEFAULT);
+  g_source_set_callback(source, runJob, new Job(std::move(job)), deleteJob);
+  g_source_attach(source, nullptr);
+  g_source_unref(source);
+}
+
+bool isMainThread() {
+  return ::getpid() == ::gettid() || g_main_context_is_owner(g_main_context_default());
+}
+
+void syncMain(const Job& job) {
+  if (isMainThread()) {
+    job();
+    return;
+  }
+  GMainContext* const context = g_main_context_default();
+  const auto hop = std::make_shared<Hop>(job);
+  asyncMain([hop] {
+    if (hop->claim()) hop->run();
+  });
+  while (!hop->waitShortly()) {
+    if (!g_main_context_acquire(context)) continue;  // its owner will come to the job
+    if (hop->claim()) hop->run();
+    g_main_context_release(context);
+  }
+}
+
+bool drainMain(uint32_t milliseconds) {
+  GMainContext* const context = g_main_context_default();
+  bool ran = false;
+  while (g_main_context_iteration(context, FALSE)) ran = true;
+  if (ran || milliseconds == 0) return ran;
+
+  bool expired = false;
+  GSource* timer = g_timeout_source_new(milliseconds);
+  const auto expire = [](gpointer flag) -> gboolean {
+    *static_cast<bool*>(flag) = true;
+    return G_SOURCE_REMOVE;
+  };
+  g_source_set_callback(timer, expire, &expired, nullptr);
+  g_source_attach(timer, context);
+  g_main_context_iteration(context, TRUE);
+  ran = !expired;
+  g_source_destroy(timer);
+  g_source_unref(timer);
+  while (g_main_context_iteration(context, FALSE)) ran = true;
+  return ran;
+}
+
+}  // namespace kelspar::dispatch

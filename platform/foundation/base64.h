@@ -1,0 +1,16 @@
+// Base64 (RFC 4648, 4). Internal to the library.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace kelspar::base64 {
+
+// With padding, without line breaks. Appends to `*out`.
+void encode(std::string_view bytes, std::string* out);
+
+// The bytes of well-formed base64, padding included or left out; nothing for any other text.
+[[nodiscard]] std::optional<std::string> decodeStrict(std::u16string_view text);
+
+}  // namespace kelspar::base64

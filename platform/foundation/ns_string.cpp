@@ -1,0 +1,166 @@
+// NSString's contents in their three homes: inside one allocation, a buffer taken over, a literal.
+#include "platform/foundation/NSString.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <cstring>
+#include <new>
+#include <ostream>
+
+#include "platform/foundation/NSException.h"
+#include "platform/foundation/utf8.h"
+
+namespace kelspar {
+
+const NSKind NSString::kKind{"NSString"};
+
+namespace {
+
+class StringContents : public NSObject {
+ public:
+  explicit StringContents(std::u16string_view units) : units_(units) {}
+  const NSKind& kind() const override { return NSString::kKind; }
+  bool isEqual(const NSObject& other) const override {
+    return &other.kind() == &NSString::kKind &&
+           static_cast<const StringContents&>(other).units_ == units_;
+  }
+  NSString description() const override;
+  std::u16string_view units() const { return units_; }
+
+ protected:
+  std::u16string_view units_;
+};
+
+// The units stand right behind the object.
+class InlineContents final : public StringContents {
+ public:
+  static InlineContents* make(size_t length) {
+    if (length > (SIZE_MAX - sizeof(InlineContents)) / sizeof(char16_t)) throw std::bad_alloc();
+    void* memory = ::operator new(sizeof(InlineContents) + length * sizeof(char16_t));
+    return new (memory) InlineContents(length);
+  }
+  char16_t* storage() { return reinterpret_cast<char16_t*>(this + 1); }
+  static void operator delete(void* memory) { ::operator delete(memory); }
+
+ private:
+  explicit InlineContents(size_t length) : StringContents({}) { units_ = {storage(), length}; }
+};
+
+class AdoptedContents final : public StringContents {
+ public:
+  explicit AdoptedContents(std::u16string&& buffer)
+      : StringContents({}), buffer_(std::move(buffer)) {
+    units_ = buffer_;
+  }
+
+ private:
+  std::u16string buffer_;
+};
+
+const NSString& emptyText() {
+  static const NSString empty = NSString::fromStatic(u"");
+  return empty;
+}
+
+}  // namespace
+
+NSString StringContents::description() const { return id(this).as<NSString>(); }
+
+NSString NSString::uninitialized(size_t length, char16_t** units) {
+  if (length == 0) return emptyText();
+  auto* contents = InlineContents::make(length);
+  *units = contents->storage();
+  return NSString(contents);
+}
+
+NSString::NSString(std::u16string_view units)
+    : NSString(build(units.size(), [&](char16_t* out) {
+        std::memcpy(out, units.data(), units.size() * sizeof(char16_t));
+      })) {}
+
+// Small buffers live inside the std::u16string and gain nothing from being taken over; large ones
+// that were reserved far too generously are not worth keeping.
+NSString::NSString(std::u16string&& units) {
+  const bool worthKeeping = units.size() > 32 && units.capacity() / 2 <= units.size();
+  *this = worthKeeping ? NSString(new AdoptedContents(std::move(units)))
+                       : NSString(std::u16string_view(units));
+}
+
+NSString::NSString(std::string_view utf8) {
+  *this = fromUTF8(utf8);
+  if (!*this) *this = NSString(utf8::decodeReplacing(utf8));
+}
+
+NSString NSString::fromUTF8(std::string_view bytes) {
+  const size_t ascii = utf8::asciiPrefix(bytes);
+  if (ascii == bytes.size()) {
+    return build(ascii, [&](char16_t* out) { utf8::widen(bytes, out); });
+  }
+  std::u16string units(bytes.size(), u'\0');
+  size_t valid = 0;
+  units.resize(utf8::decode(bytes, units.data(), &valid));
+  return valid == bytes.size() ? NSString(std::move(units)) : nil;
+}
+
+NSString NSString::fromStatic(std::u16string_view units) {
+  return NSString(new StringContents(units));
+}
+
+std::u16string_view NSString::view() const noexcept {
+  return contents() ? static_cast<const StringContents*>(contents())->units()
+                    : std::u16string_view();
+}
+
+char16_t NSString::characterAtIndex(size_t index) const {
+  if (index >= length()) throw NSRangeException("character index out of bounds");
+  return view()[index];
+}
+
+NSString NSString::substring(size_t from, size_t length) const {
+  const auto units = view();
+  if (from > units.size()) throw NSRangeException("substring begins behind the end");
+  if (from == 0 && length >= units.size()) return *this;
+  return units.substr(from, length);
+}
+
+std::string NSString::utf8() const {
+  std::string result;
+  utf8::append(view(), &result);
+  return result;
+}
+
+std::optional<std::string> NSString::strictUTF8() const {
+  std::string result;
+  if (!utf8::append(view(), &result)) return std::nullopt;
+  return result;
+}
+
+NSRange NSString::rangeOfString(std::u16string_view needle, size_t from) const {
+  if (needle.empty()) return {NSNotFound, 0};
+  const size_t at = view().find(needle, from);
+  return at == std::u16string_view::npos ? NSRange{NSNotFound, 0} : NSRange{at, needle.size()};
+}
+
+std::ostream& operator<<(std::ostream& stream, const NSString& text) {
+  return text ? stream << '"' << text.utf8() << '"' : stream << "nil";
+}
+
+size_t NSMutableString::replaceOccurrences(std::u16string_view target,
+                                           std::u16string_view replacement) {
+  if (target.empty()) return 0;
+  const std::u16string_view text = units_;
+  size_t found = text.find(target);
+  if (found == std::u16string_view::npos) return 0;
+  std::u16string result;
+  result.reserve(text.size());
+  size_t from = 0, count = 0;
+  for (; found != std::u16string_view::npos; found = text.find(target, from), ++count) {
+    result.append(text.substr(from, found - from)).append(replacement);
+    from = found + target.size();
+  }
+  result.append(text.substr(from));
+  units_ = std::move(result);
+  return count;
+}
+
+}  // namespace kelspar

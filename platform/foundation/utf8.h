@@ -1,0 +1,32 @@
+// UTF-8 to UTF-16 and back: strict, or with replacement. Internal to the library.
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+
+namespace kelspar::utf8 {
+
+inline constexpr char16_t kReplacement = 0xFFFD;
+
+// Writes the units of `bytes` to `out`, which has room for `bytes.size()` of them, and returns how
+// many they are. Stops at the first byte that is not well-formed UTF-8 (Unicode, table 3-7) and
+// stores its position in `*valid`; `*valid == bytes.size()` when all is well.
+size_t decode(std::string_view bytes, char16_t* out, size_t* valid);
+
+// The whole text; each maximal part of an ill-formed sequence becomes one U+FFFD.
+std::u16string decodeReplacing(std::string_view bytes);
+
+// Appends the UTF-8 form of `units`; lone surrogates become U+FFFD. False when there was one.
+bool append(std::u16string_view units, std::string* out);
+
+// Appends one code point, a surrogate as its three bytes.
+void appendCodePoint(char32_t codePoint, std::string* out);
+
+// Number of leading bytes below 0x80.
+size_t asciiPrefix(std::string_view bytes);
+
+// Widens ASCII or Latin-1 bytes to units.
+void widen(std::string_view bytes, char16_t* out);
+
+}  // namespace kelspar::utf8

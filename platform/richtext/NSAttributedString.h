@@ -1,0 +1,81 @@
+// Text with attributes: UTF-16 units and, over them, runs of one look each.
+//
+// NSAttributedString is immutable and cheap to copy; NSMutableAttributedString is edited. Positions
+// and lengths count code units. Neighbouring runs of the same look are one run.
+#pragma once
+
+#include <functional>
+#include <span>
+#include <vector>
+
+#include "platform/richtext/NSTextAttributes.h"
+
+namespace kelspar {
+
+struct NSTextRun {
+  size_t length = 0;
+  std::shared_ptr<const NSTextAttributes> attributes;  // never null
+};
+
+class NSAttributedString : public id {
+ public:
+  static const NSKind kKind;
+
+  NSAttributedString() noexcept = default;  // nil
+  NSAttributedString(std::nullptr_t) noexcept {}
+  // Text of one look.
+  explicit NSAttributedString(const NSString& text, const NSTextAttributes& attributes = {});
+  // The runs' lengths add up to the text's; raises NSInvalidArgumentException otherwise.
+  NSAttributedString(const NSString& text, std::vector<NSTextRun> runs);
+  [[nodiscard]] static NSAttributedString empty();
+
+  // The RTF reader (RTF 1.9.1): nil for nil and for bytes that begin no RTF document.
+  [[nodiscard]] static NSAttributedString initWithRTF(const NSData& rtf);
+
+  // nil, 0 and nothing for nil.
+  [[nodiscard]] NSString string() const;
+  [[nodiscard]] size_t length() const { return string().length(); }
+  [[nodiscard]] std::span<const NSTextRun> runs() const;
+  // The look of the unit at `index`, and in `*effective` the run around it. Logarithmic. Raises
+  // NSRangeException behind the end.
+  [[nodiscard]] const NSTextAttributes& attributesAtIndex(size_t index,
+                                                          NSRange* effective = nullptr) const;
+  // Raises NSRangeException when the range leaves the text. The whole text is the same contents.
+  [[nodiscard]] NSAttributedString attributedSubstring(NSRange range) const;
+
+  // The same units and looks. Nil is equal to nil.
+  friend bool operator==(const NSAttributedString& a, const NSAttributedString& b) {
+    return a.isIdenticalTo(b) || a.isEqual(b);
+  }
+};
+
+// Attributed text that is edited. Copies are deep; it is never nil. Insertions and deletions
+// anywhere in a long text cost far less than the text. To be used by one thread at a time.
+class NSMutableAttributedString {
+ public:
+  NSMutableAttributedString();
+  explicit NSMutableAttributedString(const NSAttributedString& text);
+  NSMutableAttributedString(const NSMutableAttributedString& other);
+  NSMutableAttributedString(NSMutableAttributedString&& other) noexcept;
+  NSMutableAttributedString& operator=(NSMutableAttributedString other) noexcept;
+  ~NSMutableAttributedString();
+
+  [[nodiscard]] size_t length() const;
+  void append(const NSAttributedString& text);
+  void append(std::u16string_view text, const NSTextAttributes& attributes);
+  // Positions and ranges outside the text raise NSRangeException.
+  void insert(const NSAttributedString& text, size_t index);
+  void deleteCharacters(NSRange range);
+  void replaceCharacters(NSRange range, const NSAttributedString& text);
+  // The new units take the look of the first one replaced, or of the one before an empty range.
+  void replaceCharacters(NSRange range, std::u16string_view text);
+  void setAttributes(NSRange range, const NSTextAttributes& attributes);
+
+  [[nodiscard]] NSAttributedString copy() const;
+
+ private:
+  class Storage;
+  std::unique_ptr<Storage> storage_;
+};
+
+}  // namespace kelspar

@@ -1,0 +1,17 @@
+// JSON-RPC 2.0 requests to operations: one line in, one line out. Internal to the library.
+#pragma once
+
+#include <functional>
+#include <string>
+#include <string_view>
+
+namespace kelspar::runtime {
+
+// Called once a line, with the answer without its line feed; empty when nothing is to be answered
+// (notifications).
+using LineReply = std::function<void(std::string answer)>;
+
+// Runs what the line asks for and answers it. Nothing a line holds is ever thrown out of here.
+void answerLine(std::string_view line, LineReply reply);
+
+}  // namespace kelspar::runtime

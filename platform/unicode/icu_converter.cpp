@@ -1,0 +1,61 @@
+// The per-thread store of ICU converters.
+#include "platform/unicode/icu_converter.h"
+
+#include <unicode/ucnv.h>
+#include <unicode/ucnv_err.h>
+
+#include <map>
+#include <memory>
+
+namespace kelspar {
+
+namespace {
+
+struct Close {
+  void operator()(UConverter* converter) const { ucnv_close(converter); }
+};
+using Converter = std::unique_ptr<UConverter, Close>;
+
+// ICU substitutes silently unless each handle is told to stop.
+Converter open(const char* name, Malformed malformed) {
+  UErrorCode error = U_ZERO_ERROR;
+  Converter converter(ucnv_open(name, &error));
+  if (U_FAILURE(error)) return nullptr;
+  if (malformed == Malformed::stop) {
+    ucnv_setToUCallBack(converter.get(), UCNV_TO_U_CALLBACK_STOP, nullptr, nullptr, nullptr,
+                        &error);
+  }
+  return U_FAILURE(error) ? nullptr : std::move(converter);
+}
+
+UConverter* converterFor(const char* name, Malformed malformed) {
+  thread_local std::map<std::pair<std::string, Malformed>, Converter> store;
+  auto [place, isNew] = store.try_emplace({name, malformed});
+  if (isNew) place->second = open(name, malformed);
+  return place->second.get();
+}
+
+}  // namespace
+
+bool convertWithICU(const char* name, std::string_view bytes, Malformed malformed,
+                    std::u16string* out) {
+  UConverter* converter = converterFor(name, malformed);
+  if (!converter) return false;
+  ucnv_resetToUnicode(converter);
+  const char* source = bytes.data();
+  const char* const end = source + bytes.size();
+  size_t written = out->size();
+  UErrorCode error = U_ZERO_ERROR;
+  do {
+    out->resize(written + static_cast<size_t>(end - source) + 16);
+    char16_t* target = out->data() + written;
+    error = U_ZERO_ERROR;
+    ucnv_toUnicode(converter, &target, out->data() + out->size(), &source, end, nullptr, true,
+                   &error);
+    written = static_cast<size_t>(target - out->data());
+  } while (error == U_BUFFER_OVERFLOW_ERROR);
+  out->resize(written);
+  return U_SUCCESS(error);
+}
+
+}  // namespace kelspar

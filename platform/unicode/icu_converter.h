@@ -1,0 +1,17 @@
+// ICU converters, one a thread and name, kept open: opening one costs more than most texts do.
+// Internal to the library.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace kelspar {
+
+// Appends the text of `bytes` to `*out`. Strict: stops at the first invalid sequence and returns
+// false; lenient: writes U+FFFD for it and always returns true. False, too, when ICU has no such
+// converter.
+enum class Malformed { stop, replace };
+bool convertWithICU(const char* converter, std::string_view bytes, Malformed malformed,
+                    std::u16string* out);
+
+}  // namespace kelspar
