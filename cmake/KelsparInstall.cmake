@@ -20,6 +20,7 @@ write_basic_package_version_file(${PROJECT_BINARY_DIR}/kelsparConfigVersion.cmak
   COMPATIBILITY SameMajorVersion)
 install(FILES ${PROJECT_BINARY_DIR}/kelsparConfig.cmake
               ${PROJECT_BINARY_DIR}/kelsparConfigVersion.cmake
+              ${PROJECT_SOURCE_DIR}/cmake/KelsparDependencies.cmake
   DESTINATION ${KELSPAR_CMAKEDIR})
 
 configure_file(${PROJECT_SOURCE_DIR}/cmake/kelspar.pc.in ${PROJECT_BINARY_DIR}/kelspar.pc @ONLY)
