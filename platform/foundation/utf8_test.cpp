@@ -1,0 +1,78 @@
+#include "platform/foundation/utf8.h"
+
+#include <gtest/gtest.h>
+#include <unicode/unistr.h>
+
+#include <random>
+
+#include "platform/foundation/NSString.h"
+
+namespace kelspar {
+namespace {
+
+struct Row {
+  const char* name;
+  std::string_view bytes;
+  std::u16string_view units;  // with replacement
+  bool valid;
+};
+class UTF8 : public testing::TestWithParam<Row> {};
+
+TEST_P(UTF8, IsDecoded) {
+  const Row& row = GetParam();
+  EXPECT_EQ(static_cast<bool>(NSString::fromUTF8(row.bytes)), row.valid);
+  EXPECT_EQ(NSString(row.bytes).view(), row.units);
+}
+
+using namespace std::string_view_literals;
+constexpr Row kRows[] = {
+    {"Ascii", "abc", u"abc", true},
+    {"TwoBytes", "\xC3\xA9", u"\u00E9", true},
+    {"ThreeBytes", "\xE2\x82\xAC", u"\u20AC", true},
+    {"FourBytes", "\xF0\x9F\x98\x80", u"\U0001F600", true},
+    {"ByteOrderMarkStays", "\xEF\xBB\xBFz", u"\uFEFFz", true},
+    {"NulIsACharacter", "a\0b"sv, u"a\0b"sv, true},
+    {"OverlongSlash", "\xC0\xAF", u"\uFFFD\uFFFD", false},
+    {"OverlongThree", "\xE0\x80\xAF", u"\uFFFD\uFFFD\uFFFD", false},
+    {"Surrogate", "\xED\xA0\x80", u"\uFFFD\uFFFD\uFFFD", false},
+    {"BeyondUnicode", "\xF4\x90\x80\x80", u"\uFFFD\uFFFD\uFFFD\uFFFD", false},
+    {"CutOffIsOneMark", "\xE2\x82", u"\uFFFD", false},
+    {"CutOffInTheMiddle", "\xF0\x9F\x98z", u"\uFFFDz", false},
+    {"LoneTrail", "a\x80z", u"a\uFFFDz", false},
+    {"LatinOne", "caf\xE9", u"caf\uFFFD", false},
+};
+INSTANTIATE_TEST_SUITE_P(Sequences, UTF8, testing::ValuesIn(kRows),
+                         [](const auto& row) { return std::string(row.param.name); });
+
+// ICU replaces maximal ill-formed parts in the same way.
+TEST(UTF8Law, AgreesWithICUOnRandomBytes) {
+  std::mt19937 random(20260101);
+  constexpr std::string_view kPieces = "a\x7F\x80\x9F\xA0\xBF\xC0\xC2\xDF\xE0\xED\xEF\xF0\xF4\xF5";
+  for (int round = 0; round < 20000; ++round) {
+    std::string bytes(random() % 40, ' ');
+    for (char& c : bytes) c = kPieces[random() % kPieces.size()];
+    const auto expected = icu::UnicodeString::fromUTF8(bytes);
+    ASSERT_EQ(NSString(bytes).view(),
+              std::u16string_view(expected.getBuffer(), expected.length()))
+        << testing::PrintToString(bytes);
+  }
+}
+
+TEST(UTF8Law, ComesBack) {
+  std::mt19937 random(7);
+  for (int round = 0; round < 5000; ++round) {
+    std::u16string units;
+    for (size_t i = random() % 50; i > 0; --i) {
+      const uint32_t c = random() % 4 == 0 ? random() % 0x110000 : random() % 0x80;
+      if (c >= 0xD800 && c < 0xE000) continue;
+      std::string one;
+      utf8::appendCodePoint(c, &one);
+      units += NSString(one).view();
+    }
+    const NSString text(units);
+    ASSERT_EQ(NSString::fromUTF8(text.strictUTF8().value()), text);
+  }
+}
+
+}  // namespace
+}  // namespace kelspar
