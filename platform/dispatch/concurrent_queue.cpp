@@ -24,7 +24,9 @@ class Pool {
   void push(Priority priority, Job job) {
     const std::lock_guard guard(lock_);
     waiting_[static_cast<size_t>(priority)].push_back(std::move(job));
-    if (idle_ > 0) {
+    ++jobs_;
+    // Idle threads that were woken for earlier jobs may not have taken them yet.
+    if (jobs_ <= idle_) {
       wake_.notify_one();
     } else if (threads_ < usual_) {
       addThread();
@@ -45,23 +47,20 @@ class Pool {
     std::thread(&Pool::work, this).detach();
   }
 
-  [[nodiscard]] bool isEmpty() const {
-    return std::ranges::all_of(waiting_, [](const auto& jobs) { return jobs.empty(); });
-  }
-
   Job takeNext() {
     auto& jobs = *std::ranges::find_if(waiting_, [](const auto& queue) { return !queue.empty(); });
     Job job = std::move(jobs.front());
     jobs.pop_front();
+    --jobs_;
     return job;
   }
 
   void work() {
     std::unique_lock guard(lock_);
     for (;;) {
-      if (isEmpty()) {
+      if (jobs_ == 0) {
         ++idle_;
-        const bool woken = wake_.wait_for(guard, kIdleLife, [this] { return !isEmpty(); });
+        const bool woken = wake_.wait_for(guard, kIdleLife, [this] { return jobs_ > 0; });
         --idle_;
         if (!woken) break;
       }
@@ -79,12 +78,12 @@ class Pool {
   // Runs while jobs wait for a thread; adds one whenever a while has passed in which none finished.
   void watch() {
     std::unique_lock guard(lock_);
-    while (!isEmpty()) {
+    while (jobs_ > 0) {
       const uint64_t before = finished_;
       guard.unlock();
       std::this_thread::sleep_for(kPatience);
       guard.lock();
-      if (finished_ == before && !isEmpty() && idle_ == 0 && threads_ < kMostThreads) addThread();
+      if (finished_ == before && jobs_ > idle_ && threads_ < kMostThreads) addThread();
     }
     watching_ = false;
   }
@@ -93,7 +92,7 @@ class Pool {
   std::condition_variable wake_;
   std::array<std::deque<Job>, 4> waiting_;
   const size_t usual_ = std::max(2u, std::thread::hardware_concurrency());
-  size_t threads_ = 0, idle_ = 0;
+  size_t jobs_ = 0, threads_ = 0, idle_ = 0;  // jobs that wait, threads, those without a job
   uint64_t finished_ = 0;
   bool watching_ = false;
 };

@@ -44,7 +44,9 @@ TEST(NSString, LoneSurrogatesAreKept) {
   const NSString text(std::u16string_view(units, 4));
   EXPECT_EQ(text.length(), 4u);
   EXPECT_EQ(text.characterAtIndex(1), 0xD800);
-  EXPECT_EQ(text.utf8(), "a\xEF\xBF\xBD" "b\xEF\xBF\xBD");
+  EXPECT_EQ(text.utf8(),
+            "a\xEF\xBF\xBD"
+            "b\xEF\xBF\xBD");
   EXPECT_EQ(text.strictUTF8(), std::nullopt);
 }
 

@@ -19,9 +19,9 @@ void compareWithPlainSearch() {
     const std::basic_string<Char> wanted{Char('{'), Char('\\'), static_cast<Char>(random())};
     const size_t from = random() % (text.size() + 1);
     const size_t found = text.find_first_of(wanted, from);
-    ASSERT_EQ(scan::findAny(std::basic_string_view<Char>(text), from, wanted[0], wanted[1],
-                            wanted[2]),
-              found == text.npos ? text.size() : found);
+    ASSERT_EQ(
+        scan::findAny(std::basic_string_view<Char>(text), from, wanted[0], wanted[1], wanted[2]),
+        found == text.npos ? text.size() : found);
   }
 }
 

@@ -52,8 +52,7 @@ TEST(UTF8Law, AgreesWithICUOnRandomBytes) {
     std::string bytes(random() % 40, ' ');
     for (char& c : bytes) c = kPieces[random() % kPieces.size()];
     const auto expected = icu::UnicodeString::fromUTF8(bytes);
-    ASSERT_EQ(NSString(bytes).view(),
-              std::u16string_view(expected.getBuffer(), expected.length()))
+    ASSERT_EQ(NSString(bytes).view(), std::u16string_view(expected.getBuffer(), expected.length()))
         << testing::PrintToString(bytes);
   }
 }

@@ -48,7 +48,7 @@ class RTFGroups {
     State state;
     uint64_t groups;
   };
-  State state_;
+  State state_{};
   std::vector<Saved> saved_;
   uint64_t opened_ = 0, depth_ = 0;
 };
