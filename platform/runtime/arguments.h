@@ -218,7 +218,7 @@ class Argument<Byte*> : public BytesSlot {
   }
   static constexpr bool kGivesBack = !std::is_const_v<Byte>;
   id after() const override {
-    if (isNull_) return nil;
+    if (isNull_ || !kGivesBack) return nil;
     const std::string_view all(buffer_.data(), buffer_.size() - kZerosBehind);
     return NSData(kIsText ? all.substr(0, all.find('\0')) : all);
   }

@@ -16,18 +16,26 @@ namespace {
 constexpr int kParseError = -32700;
 constexpr int kInvalidRequest = -32600;
 
-std::string errorAnswer(const id& requestId, int code, const std::string& message) {
+// An identifier comes back as it was sent: a text stays a text, whatever its units.
+std::string answerStart(const id& requestId) {
   std::string line = "{\"jsonrpc\":\"2.0\",\"id\":";
-  writeValue(requestId, &line);
+  if (const auto name = requestId.as<NSString>()) {
+    writeString(name, &line);
+  } else {
+    writeValue(requestId, &line);
+  }
+  return line;
+}
+
+std::string errorAnswer(const id& requestId, int code, const std::string& message) {
+  std::string line = answerStart(requestId);
   line += ",\"error\":{\"code\":" + std::to_string(code) + ",\"message\":";
   writeString(NSString(message), &line);
   return line + "}}";
 }
 
 std::string resultAnswer(const id& requestId, const Answer& answer) {
-  std::string line = "{\"jsonrpc\":\"2.0\",\"id\":";
-  writeValue(requestId, &line);
-  return line + ",\"result\":" + jsonFromAnswer(answer) + "}";
+  return answerStart(requestId) + ",\"result\":" + jsonFromAnswer(answer) + "}";
 }
 
 NSString text(const std::string& utf8) { return NSString(utf8); }

@@ -277,7 +277,7 @@ id valueFromJSON(std::string_view json, std::string* error) {
   const id parsed = parseJSON(json, error);
   if (!parsed) return nil;
   id value = runtime::readValue(parsed, error);
-  return value.is<NSNull>() ? id() : value;
+  return !error->empty() || value.is<NSNull>() ? id() : value;
 }
 
 std::string jsonFromValue(const id& value) {
