@@ -1,0 +1,116 @@
+#!/usr/bin/env python3
+"""The kelspar program from outside: outputs, exit statuses, errors of one line, no half-written files.
+
+Usage: command_line_test.py KELSPAR SOURCE_DIR
+"""
+import json
+import os
+import pathlib
+import subprocess
+import sys
+import tempfile
+import unittest
+
+KELSPAR = SOURCE = None
+
+
+def run(*arguments, stdin=b''):
+    return subprocess.run([KELSPAR, *map(str, arguments)], input=stdin, capture_output=True, timeout=60)
+
+
+class CommandLine(unittest.TestCase):
+    def setUp(self):
+        self.folder = tempfile.TemporaryDirectory()
+        self.path = pathlib.Path(self.folder.name)
+        self.sample = SOURCE / 'samples' / 'invitation.rtfz'
+        self.rtf = (SOURCE / 'samples' / 'invitation.rtf').read_bytes()
+
+    def tearDown(self):
+        self.folder.cleanup()
+
+    def assert_fails(self, result, status, *words):
+        self.assertEqual(result.returncode, status, result.stderr)
+        self.assertEqual(result.stdout, b'')
+        message = result.stderr.decode()
+        for word in words:
+            self.assertIn(word, message)
+        return message
+
+    def test_rtf_is_what_was_compressed(self):
+        self.assertEqual(run('convert', self.sample, '--to', 'rtf').stdout, self.rtf)
+
+    def test_text_is_the_default(self):
+        text = run('convert', self.sample).stdout.decode()
+        self.assertTrue(text.startswith('Dear neighbours,\n'))
+
+    def test_html_declares_what_it_is_written_in(self):
+        html = run('convert', self.sample, '--to', 'html').stdout.decode()
+        self.assertIn('charset=utf-8', html)
+        self.assertIn('<b>Saturday, 21 June</b>', html)
+
+    def test_standard_input_and_plain_rtf(self):
+        result = run('convert', '-', stdin=b'{\\rtf1 one\\par two}')
+        self.assertEqual((result.returncode, result.stdout), (0, b'one\ntwo\n'))
+
+    def test_output_file_is_replaced_whole(self):
+        out = self.path / 'out.txt'
+        out.write_text('old')
+        out.chmod(0o640)
+        self.assertEqual(run('convert', self.sample, '-o', out).returncode, 0)
+        self.assertTrue(out.read_text().startswith('Dear neighbours'))
+        self.assertEqual(out.stat().st_mode & 0o777, 0o640)
+        self.assertEqual(os.listdir(self.path), ['out.txt'])
+
+    def test_inputs_at_fault_leave_no_file(self):
+        out = self.path / 'out.txt'
+        for content, word in [(b'', 'empty'), (b'hello', 'neither'), (b'\0' * 8 + b'LZFu', 'too short'),
+                              (b'\0' * 8 + b'LZFu' + b'\0' * 40, 'damaged')]:
+            bad = self.path / 'bad.bin'
+            bad.write_bytes(content)
+            message = self.assert_fails(run('convert', bad, '-o', out), 1, 'bad.bin', word)
+            self.assertEqual(message.count('\n'), 1 + message.count('ERROR'))
+            self.assertFalse(out.exists())
+
+    def test_missing_input(self):
+        self.assert_fails(run('convert', self.path / 'none'), 1, 'none', 'No such file')
+
+    def test_folder_as_input(self):
+        self.assert_fails(run('convert', self.path), 1, 'Is a directory')
+
+    def test_rtf_without_html(self):
+        self.assert_fails(run('convert', '-', '--to', 'html', stdin=b'no mail at all'), 1, 'standard input')
+
+    def test_output_that_cannot_be_written(self):
+        self.assert_fails(run('convert', self.sample, '-o', self.path / 'no' / 'out'), 4, 'cannot be written')
+
+    def test_full_device(self):
+        self.assert_fails(run('convert', self.sample, '-o', '/dev/full'), 4, '/dev/full')
+
+    def test_usage(self):
+        self.assert_fails(run(), 2)
+        self.assert_fails(run('convert'), 2)
+        self.assert_fails(run('convert', self.sample, '--to', 'docx'), 2)
+        self.assert_fails(run('frobnicate'), 2)
+
+    def test_help_and_version(self):
+        for arguments in [('--help',), ('convert', '--help'), ('--version',)]:
+            result = run(*arguments)
+            self.assertEqual(result.returncode, 0)
+            self.assertIn(b'kelspar', result.stdout + b'kelspar' * (arguments[0] == 'convert'))
+
+    def test_call(self):
+        result = run('call', 'stringFromRTFData', '--receiver', '{"$data":"e1xydGYxIGhpfQ=="}')
+        self.assertEqual(json.loads(result.stdout), {'value': 'hi'})
+        result = run('call', 'typeIsRTF:', '--class', 'RTFKelspar', 'null')
+        self.assertEqual(json.loads(result.stdout), {'value': False})
+
+    def test_call_errors(self):
+        self.assert_fails(run('call', 'nope'), 2, 'nope')
+        self.assert_fails(run('call', 'typeIsRTF:', '{'), 2, 'argument 1')
+        self.assert_fails(run('call', 'typeIsRTF:', '"x"'), 2, 'argument 1')
+        self.assert_fails(run('call', 'typeIsRTF:'), 2, 'expected 1 arguments')
+
+
+if __name__ == '__main__':
+    KELSPAR, SOURCE = sys.argv[1], pathlib.Path(sys.argv[2])
+    unittest.main(argv=sys.argv[:1])
