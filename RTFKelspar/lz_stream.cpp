@@ -48,7 +48,7 @@ class Decoder {
       }
     }
     // The fast groups write up to 17 bytes beyond what they decode.
-    std::memset(out_ + written_, 0, std::min(kLongest, size_ - written_));
+    std::fill_n(out_ + written_, std::min(kLongest, size_ - written_), uint8_t{0});
   }
 
  private:
