@@ -4,7 +4,6 @@
 // and lengths count code units. Neighbouring runs of the same look are one run.
 #pragma once
 
-#include <functional>
 #include <span>
 #include <vector>
 
@@ -14,7 +13,7 @@ namespace kelspar {
 
 struct NSTextRun {
   size_t length = 0;
-  std::shared_ptr<const NSTextAttributes> attributes;  // never null
+  std::shared_ptr<const NSTextAttributes> attributes;  // never null in what the runs() below give
 };
 
 class NSAttributedString : public id {
@@ -23,9 +22,10 @@ class NSAttributedString : public id {
 
   NSAttributedString() noexcept = default;  // nil
   NSAttributedString(std::nullptr_t) noexcept {}
-  // Text of one look.
+  // Text of one look; nil for nil.
   explicit NSAttributedString(const NSString& text, const NSTextAttributes& attributes = {});
-  // The runs' lengths add up to the text's; raises NSInvalidArgumentException otherwise.
+  // The runs' lengths add up to the text's; raises NSInvalidArgumentException otherwise. A run
+  // without attributes has the default ones. nil for a nil text.
   NSAttributedString(const NSString& text, std::vector<NSTextRun> runs);
   [[nodiscard]] static NSAttributedString empty();
 
@@ -34,7 +34,7 @@ class NSAttributedString : public id {
 
   // nil, 0 and nothing for nil.
   [[nodiscard]] NSString string() const;
-  [[nodiscard]] size_t length() const { return string().length(); }
+  [[nodiscard]] size_t length() const;
   [[nodiscard]] std::span<const NSTextRun> runs() const;
   // The look of the unit at `index`, and in `*effective` the run around it. Logarithmic. Raises
   // NSRangeException behind the end.
@@ -50,7 +50,8 @@ class NSAttributedString : public id {
 };
 
 // Attributed text that is edited. Copies are deep; it is never nil. Insertions and deletions
-// anywhere in a long text cost far less than the text. To be used by one thread at a time.
+// anywhere in a long text cost a few thousand units' moves, however long it is. To be used by one
+// thread at a time; one that was moved from may only be assigned to or destroyed.
 class NSMutableAttributedString {
  public:
   NSMutableAttributedString();
@@ -67,7 +68,8 @@ class NSMutableAttributedString {
   void insert(const NSAttributedString& text, size_t index);
   void deleteCharacters(NSRange range);
   void replaceCharacters(NSRange range, const NSAttributedString& text);
-  // The new units take the look of the first one replaced, or of the one before an empty range.
+  // The new units take the look of the first one replaced, or of the one before an empty range
+  // (at the text's start: of the first one).
   void replaceCharacters(NSRange range, std::u16string_view text);
   void setAttributes(NSRange range, const NSTextAttributes& attributes);
 

@@ -6,6 +6,7 @@
 
 #include "platform/foundation/scan.h"
 #include "platform/foundation/utf8.h"
+#include "platform/richtext/NSAttributedString.h"
 #include "platform/richtext/rtf_fonts.h"
 #include "platform/richtext/rtf_groups.h"
 #include "platform/richtext/rtf_keywords.h"
@@ -390,6 +391,10 @@ NSString read(const NSData& rtf, Purpose purpose) {
 }  // namespace
 
 NSString plainTextFromRTF(const NSData& rtf) { return read(rtf, Purpose::plainText); }
+
+NSAttributedString NSAttributedString::initWithRTF(const NSData& rtf) {
+  return NSAttributedString(plainTextFromRTF(rtf));
+}
 
 NSString encapsulatedHTMLFromRTF(const NSData& rtf) { return read(rtf, Purpose::html); }
 
