@@ -10,6 +10,7 @@
 #include "platform/foundation/utf8.h"
 #include "platform/loading/json_reader.h"
 #include "platform/runtime/Operations.h"
+#include "platform/runtime/attributed_json.h"
 #include "platform/runtime/regex_value.h"
 #include "platform/unicode/NSCharacterSet.h"
 
@@ -152,12 +153,14 @@ struct TaggedForm {
   id (*read)(const id& content);
 };
 constexpr TaggedForm kForms[] = {
+    {u"$attributed", readAttributed},
     {u"$characterSet", readCharacterSet},
     {u"$characters", readCharacters},
     {u"$data", readData},
     {u"$date", readDate},
     {u"$double", readDouble},
     {u"$regex", readRegex},
+    {u"$rtf", readRTF},
     {u"$url", readURL},
     {u"$utf16", readUnits},
 };
@@ -256,6 +259,10 @@ void writeValue(const id& value, std::string* out) {
   } else if (const auto url = value.as<NSURL>()) {
     *out += "{\"$url\":";
     writeString(url.absoluteString(), out);
+    *out += '}';
+  } else if (const auto attributed = value.as<NSAttributedString>()) {
+    *out += "{\"$attributed\":";
+    writeDictionary(contentOfAttributed(attributed), out);
     *out += '}';
   } else {
     *out += "null";
