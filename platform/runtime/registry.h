@@ -106,6 +106,8 @@ id boxedResult(R&& result, const Shape& shape, const Shape::Slots& slots) {
     return textOrOffset(result, slots);
   } else if constexpr (std::is_enum_v<T>) {
     return NSNumber(static_cast<std::underlying_type_t<T>>(result));
+  } else if constexpr (std::is_same_v<T, NSMutableDictionary>) {
+    return NSDictionary(std::move(result));
   } else if constexpr (requires { std::move(result).copy(); }) {
     return std::move(result).copy();
   } else if constexpr (ValueType<T>) {

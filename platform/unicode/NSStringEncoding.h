@@ -2,6 +2,8 @@
 // in an encoding give nil, never a replacement character.
 #pragma once
 
+#include <span>
+
 #include "platform/foundation/NSData.h"
 #include "platform/foundation/NSString.h"
 
@@ -33,7 +35,23 @@ inline constexpr NSStringEncoding NSUTF32LittleEndianStringEncoding = 0x9C000100
 
 // The text of `data` in `encoding`; nil for nil data, for bytes that are not valid in the encoding
 // and for an encoding number that is not known. Linear; one pass.
+//
+// UTF-16 and UTF-32 without a stated order (10, 0x8C000100): a byte-order mark is obeyed and
+// consumed, without one the order is big-endian (RFC 2781, 4.3). A mark elsewhere is U+FEFF. Lone
+// surrogates are refused, as is a last unit that is cut short.
 [[nodiscard]] NSString stringWithData(const NSData& data, NSStringEncoding encoding);
 [[nodiscard]] NSString stringWithBytes(std::string_view bytes, NSStringEncoding encoding);
+
+// The bytes of `text` in `encoding`; nil for nil, for text that the encoding cannot write (lone
+// surrogates included) and for a number that is not known. Encodings 10 and 0x8C000100 write a
+// byte-order mark and this machine's order.
+[[nodiscard]] NSData dataUsingEncoding(const NSString& text, NSStringEncoding encoding);
+
+// Every encoding that can be decoded here, in a fixed order; without an end mark. Built on the
+// first call, then shared; any thread may call.
+[[nodiscard]] std::span<const NSStringEncoding> availableStringEncodings();
+
+// The English display name ("Western (ISO Latin 1)"); nil for a number that is not known.
+[[nodiscard]] NSString localizedNameOfStringEncoding(NSStringEncoding encoding);
 
 }  // namespace kelspar

@@ -24,6 +24,8 @@ Converter open(const char* name, Malformed malformed) {
   if (malformed == Malformed::stop) {
     ucnv_setToUCallBack(converter.get(), UCNV_TO_U_CALLBACK_STOP, nullptr, nullptr, nullptr,
                         &error);
+    ucnv_setFromUCallBack(converter.get(), UCNV_FROM_U_CALLBACK_STOP, nullptr, nullptr, nullptr,
+                          &error);
   }
   return U_FAILURE(error) ? nullptr : std::move(converter);
 }
@@ -57,5 +59,27 @@ bool convertWithICU(const char* name, std::string_view bytes, Malformed malforme
   out->resize(written);
   return U_SUCCESS(error);
 }
+
+bool encodeWithICU(const char* name, std::u16string_view text, std::string* out) {
+  UConverter* converter = converterFor(name, Malformed::stop);
+  if (!converter) return false;
+  ucnv_resetFromUnicode(converter);
+  const char16_t* source = text.data();
+  const char16_t* const end = source + text.size();
+  size_t written = out->size();
+  UErrorCode error = U_ZERO_ERROR;
+  do {
+    out->resize(written + 2 * static_cast<size_t>(end - source) + 32);
+    char* target = out->data() + written;
+    error = U_ZERO_ERROR;
+    ucnv_fromUnicode(converter, &target, out->data() + out->size(), &source, end, nullptr, true,
+                     &error);
+    written = static_cast<size_t>(target - out->data());
+  } while (error == U_BUFFER_OVERFLOW_ERROR);
+  out->resize(written);
+  return U_SUCCESS(error);
+}
+
+bool knownToICU(const char* name) { return converterFor(name, Malformed::stop) != nullptr; }
 
 }  // namespace kelspar

@@ -14,4 +14,11 @@ enum class Malformed { stop, replace };
 bool convertWithICU(const char* converter, std::string_view bytes, Malformed malformed,
                     std::u16string* out);
 
+// Appends the bytes of `text` to `*out`; false at the first character that the encoding does not
+// have.
+bool encodeWithICU(const char* converter, std::u16string_view text, std::string* out);
+
+// Whether ICU has this converter.
+bool knownToICU(const char* converter);
+
 }  // namespace kelspar

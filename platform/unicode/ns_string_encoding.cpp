@@ -1,53 +1,216 @@
-// Decoding by encoding number. ASCII, Latin-1 and UTF-8 are read here, the rest by ICU.
+// Decoding and encoding by number: ASCII, Latin-1 and the Unicode forms are read and written here,
+// bytes and pairs of bytes by table, the rest by ICU.
 #include "platform/unicode/NSStringEncoding.h"
 
-#include <algorithm>
+#include <bit>
+#include <cstring>
+#include <optional>
+#include <vector>
 
 #include "platform/foundation/utf8.h"
-#include "platform/unicode/code_pages.h"
+#include "platform/unicode/byte_tables.h"
+#include "platform/unicode/icu_converter.h"
 
 namespace kelspar {
 
 namespace {
 
-// A Windows page leaves some bytes undefined; ICU gives C1 controls for them, a strict reader
-// refuses them.
-NSString strictWindows(std::string_view bytes, int page) {
-  const CodePage& codePage = CodePage::numbered(page);
-  bool valid = true;
-  NSString text = NSString::build(bytes.size(), [&](char16_t* out) {
-    for (const char c : bytes) {
-      const char16_t unit = codePage.unit(static_cast<uint8_t>(c));
-      valid &= unit != utf8::kReplacement && (unit < 0x80 || unit > 0x9F);
-      *out++ = unit;
-    }
+using Shape = EncodingShape;
+
+constexpr bool kIsBigEndian = std::endian::native == std::endian::big;
+
+bool hasLoneSurrogates(std::u16string_view text) {
+  for (size_t i = 0; i < text.size(); ++i) {
+    if ((text[i] & 0xF800) != 0xD800) continue;
+    const bool isPair = text[i] < 0xDC00 && i + 1 < text.size() && (text[i + 1] & 0xFC00) == 0xDC00;
+    if (!isPair) return true;
+    ++i;
+  }
+  return false;
+}
+
+char16_t swapped(char16_t unit) { return static_cast<char16_t>(unit << 8 | unit >> 8); }
+
+NSString decodeUTF16(std::string_view bytes, bool bigEndian) {
+  if (bytes.size() % 2 != 0) return nil;
+  NSString text = NSString::build(bytes.size() / 2, [&](char16_t* out) {
+    std::memcpy(out, bytes.data(), bytes.size());
+    if (bigEndian == kIsBigEndian) return;
+    for (size_t i = 0; i < bytes.size() / 2; ++i) out[i] = swapped(out[i]);
   });
-  return valid ? text : nil;
+  return hasLoneSurrogates(text) ? nil : text;
+}
+
+NSString decodeUTF32(std::string_view bytes, bool bigEndian) {
+  if (bytes.size() % 4 != 0) return nil;
+  std::u16string units;
+  units.reserve(bytes.size() / 4);
+  for (size_t i = 0; i < bytes.size(); i += 4) {
+    uint32_t c = 0;
+    for (size_t k = 0; k < 4; ++k) {
+      c = c << 8 | static_cast<uint8_t>(bytes[bigEndian ? i + k : i + 3 - k]);
+    }
+    if (c > 0x10FFFF || (c & 0xFFFFF800) == 0xD800) return nil;
+    if (c >= 0x10000) {
+      units.push_back(static_cast<char16_t>(0xD7C0 + (c >> 10)));
+      c = 0xDC00 + (c & 0x3FF);
+    }
+    units.push_back(static_cast<char16_t>(c));
+  }
+  return NSString(std::move(units));
+}
+
+// Without a mark: big-endian (RFC 2781, 4.3).
+NSString decodeMarkedUTF16(std::string_view bytes) {
+  if (bytes.starts_with("\xFF\xFE")) return decodeUTF16(bytes.substr(2), false);
+  return decodeUTF16(bytes.starts_with("\xFE\xFF") ? bytes.substr(2) : bytes, true);
+}
+
+NSString decodeMarkedUTF32(std::string_view bytes) {
+  constexpr std::string_view kBig("\0\0\xFE\xFF", 4), kLittle("\xFF\xFE\0\0", 4);
+  if (bytes.starts_with(kLittle)) return decodeUTF32(bytes.substr(4), false);
+  return decodeUTF32(bytes.starts_with(kBig) ? bytes.substr(4) : bytes, true);
+}
+
+NSString decodeWithICU(const EncodingRow& row, std::string_view bytes) {
+  std::u16string units;
+  if (!convertWithICU(row.converter, bytes, Malformed::stop, &units)) return nil;
+  return NSString(std::move(units));
+}
+
+void appendUnit(char16_t unit, bool bigEndian, std::string* out) {
+  const char high = static_cast<char>(unit >> 8), low = static_cast<char>(unit & 0xFF);
+  out->push_back(bigEndian ? high : low);
+  out->push_back(bigEndian ? low : high);
+}
+
+NSData encodeUTF16(std::u16string_view text, bool bigEndian, bool mark) {
+  std::string bytes;
+  bytes.reserve(text.size() * 2 + 2);
+  if (mark) appendUnit(u'\xFEFF', bigEndian, &bytes);
+  for (const char16_t unit : text) appendUnit(unit, bigEndian, &bytes);
+  return NSData(std::move(bytes));
+}
+
+NSData encodeUTF32(std::u16string_view text, bool bigEndian, bool mark) {
+  std::string bytes;
+  bytes.reserve(text.size() * 4 + 4);
+  const auto append = [&](uint32_t c) {
+    const auto high = static_cast<char16_t>(c >> 16), low = static_cast<char16_t>(c & 0xFFFF);
+    appendUnit(bigEndian ? high : low, bigEndian, &bytes);
+    appendUnit(bigEndian ? low : high, bigEndian, &bytes);
+  };
+  if (mark) append(0xFEFF);
+  for (size_t i = 0; i < text.size(); ++i) {
+    uint32_t c = text[i];
+    if ((c & 0xFC00) == 0xD800) c = (c << 10) + text[++i] - 0x35FDC00;
+    append(c);
+  }
+  return NSData(std::move(bytes));
+}
+
+NSData encodeBelow(std::u16string_view text, char16_t bound) {
+  std::string bytes(text.size(), '\0');
+  char16_t all = 0;
+  for (size_t i = 0; i < text.size(); ++i) {
+    bytes[i] = static_cast<char>(text[i]);
+    all |= text[i];
+  }
+  return all < bound ? NSData(std::move(bytes)) : nil;
+}
+
+NSData encodeByConverter(const EncodingRow& row, std::u16string_view text) {
+  std::string bytes;
+  return encodeWithICU(row.converter, text, &bytes) ? NSData(std::move(bytes)) : nil;
 }
 
 }  // namespace
 
 NSString stringWithBytes(std::string_view bytes, NSStringEncoding encoding) {
-  switch (encoding) {
-    case NSASCIIStringEncoding:
+  const EncodingRow* row = encodingRow(encoding);
+  if (!row) return nil;
+  switch (row->shape) {
+    case Shape::ascii:
       if (utf8::asciiPrefix(bytes) != bytes.size()) return nil;
       [[fallthrough]];
-    case NSISOLatin1StringEncoding:
+    case Shape::latin1:
       return NSString::build(bytes.size(), [&](char16_t* out) { utf8::widen(bytes, out); });
-    case NSUTF8StringEncoding:
+    case Shape::utf8:
       return NSString::fromUTF8(bytes);
-    case NSWindowsCP1251StringEncoding:
-      return strictWindows(bytes, 1251);
-    case NSWindowsCP1252StringEncoding:
-      return strictWindows(bytes, 1252);
-    default:
-      return nil;
+    case Shape::utf16:
+      return decodeMarkedUTF16(bytes);
+    case Shape::utf16BE:
+    case Shape::utf16LE:
+      return decodeUTF16(bytes, row->shape == Shape::utf16BE);
+    case Shape::utf32:
+      return decodeMarkedUTF32(bytes);
+    case Shape::utf32BE:
+    case Shape::utf32LE:
+      return decodeUTF32(bytes, row->shape == Shape::utf32BE);
+    case Shape::single:
+    case Shape::windows:
+    case Shape::ebcdic:
+    case Shape::own:
+      return SingleByteTable::of(*row).decode(bytes);
+    case Shape::pairs:
+      return PairTable::of(*row).decode(bytes);
+    case Shape::multi:
+      return decodeWithICU(*row, bytes);
   }
+  return nil;
 }
 
 NSString stringWithData(const NSData& data, NSStringEncoding encoding) {
   if (!data) return nil;
   return stringWithBytes(data.chars(), encoding);
+}
+
+NSData dataUsingEncoding(const NSString& text, NSStringEncoding encoding) {
+  const EncodingRow* row = encodingRow(encoding);
+  if (!row || !text || hasLoneSurrogates(text)) return nil;
+  switch (row->shape) {
+    case Shape::ascii:
+      return encodeBelow(text, 0x80);
+    case Shape::latin1:
+      return encodeBelow(text, 0x100);
+    case Shape::utf8:
+      return NSData(text.utf8());
+    case Shape::utf16:
+      return encodeUTF16(text, kIsBigEndian, true);
+    case Shape::utf16BE:
+    case Shape::utf16LE:
+      return encodeUTF16(text, row->shape == Shape::utf16BE, false);
+    case Shape::utf32:
+      return encodeUTF32(text, kIsBigEndian, true);
+    case Shape::utf32BE:
+    case Shape::utf32LE:
+      return encodeUTF32(text, row->shape == Shape::utf32BE, false);
+    case Shape::single:
+    case Shape::windows:
+    case Shape::ebcdic:
+    case Shape::own:
+      return SingleByteTable::of(*row).encode(text);
+    case Shape::pairs:
+    case Shape::multi:
+      return encodeByConverter(*row, text);
+  }
+  return nil;
+}
+
+std::span<const NSStringEncoding> availableStringEncodings() {
+  static const std::vector<NSStringEncoding> available = [] {
+    std::vector<NSStringEncoding> numbers;
+    for (const EncodingRow& row : allEncodings()) {
+      if (!row.converter || knownToICU(row.converter)) numbers.push_back(row.number);
+    }
+    return numbers;
+  }();
+  return available;
+}
+
+NSString localizedNameOfStringEncoding(NSStringEncoding encoding) {
+  const EncodingRow* row = encodingRow(encoding);
+  return row ? NSString::fromStatic(row->name) : nil;
 }
 
 }  // namespace kelspar

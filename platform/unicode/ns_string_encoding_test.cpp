@@ -31,6 +31,39 @@ constexpr Row kRows[] = {
     {"Windows1252Hole90", NSWindowsCP1252StringEncoding, "\x90", nullptr},
     {"Windows1252Hole9D", NSWindowsCP1252StringEncoding, "\x9D", nullptr},
     {"Windows1251", NSWindowsCP1251StringEncoding, "\xCF\xF0", u"\u041F\u0440"},
+    {"Windows1253Hole", NSWindowsCP1253StringEncoding, "\xD2", nullptr},
+    {"NextStep", NSNEXTSTEPStringEncoding, "\x80\xE1\xFD", u"\u00A0\u00C6\u00FF"},
+    {"NextStepHole", NSNEXTSTEPStringEncoding, "\xFE", nullptr},
+    {"Symbol", NSSymbolStringEncoding, "a\xA5", u"\u03B1\u221E"},
+    {"Latin2", NSISOLatin2StringEncoding, "\xB9", u"\u0161"},
+    {"Latin10", 0x80000210, "\xAA", u"\u0218"},
+    {"DosKeepsControls", 0x80000400, "\x1A\x1C\x7F\x80", u"\u001A\u001C\u007F\u00C7"},
+    {"MacRoman", NSMacOSRomanStringEncoding, "\x8E\xDB", u"\u00E9\u20AC"},
+    {"ShiftJIS", NSShiftJISStringEncoding,
+     "\x82\xA0\xB1"
+     "a",
+     u"\u3042\uFF71a"},
+    {"ShiftJISCutShort", NSShiftJISStringEncoding, "a\x82", nullptr},
+    {"ShiftJISBackslash", 0x80000A01, "\\~", u"\\~"},
+    {"EUCJP", NSJapaneseEUCStringEncoding, "\xA4\xA2", u"\u3042"},
+    {"ISO2022JP", NSISO2022JPStringEncoding, "\x1B$B$\"\x1B(B", u"\u3042"},
+    {"GB2312HoldsGBK", 0x80000930, "\xC4\xE3\x81\x40", u"\u4F60\u4E02"},
+    {"EUCKRHoldsUHC", 0x80000940, "\xB0\xA1\x81\x41", u"\uAC00\uAC02"},
+    {"Big5", 0x80000A03, "\xA7\x41", u"\u4F60"},
+    {"GB18030FourBytes", 0x80000632, "\x94\x39\xDA\x33", u"\U0001F4A9"},
+    {"UTF16BigMark", NSUnicodeStringEncoding, "\xFE\xFF\x20\xAC", u"\u20AC"},
+    {"UTF16LittleMark", NSUnicodeStringEncoding, "\xFF\xFE\xAC\x20", u"\u20AC"},
+    {"UTF16NoMark", NSUnicodeStringEncoding, "\x20\xAC", u"\u20AC"},
+    {"UTF16LE", NSUTF16LittleEndianStringEncoding, "\xAC\x20", u"\u20AC"},
+    {"UTF16CutShort", NSUTF16LittleEndianStringEncoding, "\xAC\x20\x20", nullptr},
+    {"UTF16LoneSurrogate", NSUTF16LittleEndianStringEncoding,
+     "a\xD8"
+     "aa",
+     nullptr},
+    {"UTF32BE", NSUTF32BigEndianStringEncoding, {"\0\1\xF4\xA9", 4}, u"\U0001F4A9"},
+    {"UTF32LE", NSUTF32LittleEndianStringEncoding, {"\xA9\xF4\1\0", 4}, u"\U0001F4A9"},
+    {"UTF32Mark", NSUTF32StringEncoding, {"\xFF\xFE\0\0a\0\0\0", 8}, u"a"},
+    {"UTF32TooLarge", NSUTF32BigEndianStringEncoding, {"\0\x11\0\0", 4}, nullptr},
     {"Empty", NSUTF8StringEncoding, "", u""},
     {"UnknownNumber", 0xABCDEF, "a", nullptr},
 };
@@ -38,6 +71,58 @@ INSTANTIATE_TEST_SUITE_P(NSStringEncoding, Decoding, testing::ValuesIn(kRows),
                          [](const auto& row) { return std::string(row.param.name); });
 
 TEST(Decoding, MissingDataIsNil) { EXPECT_FALSE(stringWithData(nil, NSUTF8StringEncoding)); }
+
+TEST(Encoding, UndoesDecoding) {
+  for (const Row& row : kRows) {
+    if (!row.text || std::string_view(row.name).find("Mark") != std::string_view::npos) continue;
+    EXPECT_EQ(dataUsingEncoding(row.text, row.encoding), NSData(row.bytes)) << row.name;
+  }
+}
+
+TEST(Encoding, WritesMarksWhereTheOrderIsOpen) {
+  const NSData wide = dataUsingEncoding(u"a", NSUnicodeStringEncoding);
+  EXPECT_EQ(wide.length(), 4u);
+  EXPECT_EQ(stringWithData(wide, NSUnicodeStringEncoding), NSString(u"a"));
+  const NSData widest = dataUsingEncoding(u"\U0001F4A9", NSUTF32StringEncoding);
+  EXPECT_EQ(widest.length(), 8u);
+  EXPECT_EQ(stringWithData(widest, NSUTF32StringEncoding), NSString(u"\U0001F4A9"));
+}
+
+struct RefusedRow {
+  const char* name;
+  NSStringEncoding encoding;
+  const char16_t* text;
+};
+class Refused : public testing::TestWithParam<RefusedRow> {};
+TEST_P(Refused, IsNil) { EXPECT_FALSE(dataUsingEncoding(GetParam().text, GetParam().encoding)); }
+constexpr RefusedRow kRefused[] = {
+    {"Ascii", NSASCIIStringEncoding, u"\u00E9"},
+    {"Latin1", NSISOLatin1StringEncoding, u"\u20AC"},
+    {"Windows1252", NSWindowsCP1252StringEncoding, u"\u0081"},
+    {"ShiftJIS", NSShiftJISStringEncoding, u"\uAC00"},
+    {"ISO2022JP", NSISO2022JPStringEncoding, u"\u0E01"},
+    {"LoneSurrogateInUTF8", NSUTF8StringEncoding, u"\xD800"},
+    {"UnknownNumber", 7777, u"a"},
+};
+INSTANTIATE_TEST_SUITE_P(NSStringEncoding, Refused, testing::ValuesIn(kRefused),
+                         [](const auto& row) { return std::string(row.param.name); });
+
+// Each page as a whole, ICU's mapping as the reference, but for what is refused on purpose.
+TEST(Encoding, EveryAvailableOneRoundTrips) {
+  for (const NSStringEncoding encoding : availableStringEncodings()) {
+    const NSString text(u"Plain text, 123.");
+    if (encoding == NSSymbolStringEncoding) continue;  // has no Latin letters
+    const NSData bytes = dataUsingEncoding(text, encoding);
+    ASSERT_TRUE(bytes) << localizedNameOfStringEncoding(encoding);
+    EXPECT_EQ(stringWithData(bytes, encoding), text) << localizedNameOfStringEncoding(encoding);
+  }
+}
+
+TEST(Encoding, NamesAreThere) {
+  EXPECT_EQ(localizedNameOfStringEncoding(NSUTF8StringEncoding), NSString(u"Unicode (UTF-8)"));
+  EXPECT_FALSE(localizedNameOfStringEncoding(7777));
+  EXPECT_GE(availableStringEncodings().size(), 70u);
+}
 
 }  // namespace
 }  // namespace kelspar
