@@ -1,0 +1,348 @@
+// The tokens in turn, start tags, and what an element does to the layout. End tags, formatting and
+// tables have files of their own.
+#include "platform/richtext/html_import.h"
+
+#include <algorithm>
+
+namespace kelspar::html {
+
+namespace {
+
+bool isAllSpace(std::u16string_view text) {
+  return std::ranges::all_of(
+      text, [](char16_t c) { return c == u' ' || (c >= u'\t' && c <= u'\r' && c != u'\v'); });
+}
+
+bool isHeading(Tag tag) { return has(tag, kHeading); }
+
+// Tags that say nothing here: what they stand for is there anyway.
+bool isIgnored(Tag tag) {
+  return tag == Tag::html || tag == Tag::head || tag == Tag::form || tag == Tag::frameset ||
+         tag == Tag::col || tag == Tag::colgroup || tag == Tag::frame;
+}
+
+// Elements of SVG and MathML that are more than a name.
+bool isKnownInForeign(Tag tag) {
+  switch (tag) {
+    case Tag::svg:
+    case Tag::math:
+    case Tag::foreignObject:
+    case Tag::desc:
+    case Tag::title:
+    case Tag::style:
+    case Tag::script:
+    case Tag::metadata:
+    case Tag::defs:
+    case Tag::mi:
+    case Tag::mo:
+    case Tag::mn:
+    case Tag::ms:
+    case Tag::mtext:
+    case Tag::annotationXml:
+      return true;
+    default:
+      return false;
+  }
+}
+
+// Where HTML stands in SVG and MathML again.
+bool holdsHTML(Tag tag) {
+  return tag == Tag::foreignObject || tag == Tag::desc || tag == Tag::mi || tag == Tag::mo ||
+         tag == Tag::mn || tag == Tag::ms || tag == Tag::mtext;
+}
+
+}  // namespace
+
+Import::Import(std::u16string_view html)
+    : tokens_(html), layout_(html.size() / 4), sheet_(/*layoutOnly=*/true) {
+  OpenElement body;
+  body.name = static_cast<uint16_t>(Tag::body);
+  push(body);  // it is never taken off
+}
+
+TextLayout::Result Import::run() {
+  for (;;) {
+    const Token& token = tokens_.next();
+    switch (token.kind) {
+      case Token::Kind::text:
+        text(token);
+        break;
+      case Token::Kind::startTag:
+        startTag(token);
+        break;
+      case Token::Kind::endTag:
+        endTag(token);
+        break;
+      case Token::Kind::end:
+        return std::move(layout_).finish();
+      default:
+        break;
+    }
+  }
+}
+
+void Import::text(const Token& token) {
+  std::u16string_view units = token.text;
+  if (std::exchange(skipsLineEnd_, false) && !token.isReference) {
+    if (units.starts_with(u'\r')) units.remove_prefix(1);
+    if (units.starts_with(u'\n')) units.remove_prefix(1);
+  }
+  if (elements_.top().hidden) return;
+  if (fosters()) {
+    if (isAllSpace(units)) return;
+    const bool isFirst = !layout_.isStraying();
+    if (isFirst) layout_.beginStray(elements_.top().table);
+    layout_.text(units, elements_.top().whiteSpace);
+    if (isFirst) layout_.endStray();
+    return;
+  }
+  if (mustReconstruct_ && !isAllSpace(units)) reconstruct();
+  layout_.text(units, elements_.top().whiteSpace);
+}
+
+void Import::startTag(const Token& token) {
+  skipsLineEnd_ = false;
+  if (elements_.top().foreign) return startInForeign(token);
+  const Tag tag = token.tag;
+  if (tag == Tag::style) return startStyle();
+  if (tag == Tag::body) return startBody();
+  if (isIgnored(tag)) return;
+  if (has(tag, kFormatting)) return startFormatting(tag);
+  if (startTablePart(tag)) return;
+  endImplied(tag);
+  if (has(tag, kVoid) || tag == Tag::image) return startVoid(tag);
+  if (mustReconstruct_ && !has(tag, kBlock | kHidden)) reconstruct();
+  startElement(token);
+}
+
+// Start tags whose presence ends what is open (13.2.6.4.7).
+void Import::endImplied(Tag tag) {
+  if (has(tag, kClosesP)) closeP();
+  switch (tag) {
+    case Tag::li:
+    case Tag::dd:
+    case Tag::dt:
+      return endItemBefore(tag);
+    case Tag::option:
+    case Tag::optgroup:
+      if (elements_.top().tag() == Tag::option) pop();
+      return;
+    case Tag::button:
+      if (elements_.last(Tag::button) > elements_.lastScope()) popTo(elements_.last(Tag::button));
+      return;
+    default:
+      break;
+  }
+  if (isHeading(tag) && isHeading(elements_.top().tag())) pop();
+}
+
+// An item ends the one before it, unless a list or the like stands between.
+void Import::endItemBefore(Tag tag) {
+  const uint32_t barrier = elements_.lastItemBarrier();
+  if (barrier == 0) return;
+  const Tag there = elements_.at(barrier).tag();
+  const bool isSame = tag == Tag::li ? there == Tag::li : there == Tag::dd || there == Tag::dt;
+  if (isSame) popTo(barrier);
+  closeP();
+}
+
+void Import::startVoid(Tag tag) {
+  readDeclarations(tag);
+  const bool hidden = elements_.top().hidden || declarations_.hides();
+  if (hidden) return;
+  const bool strays = fosters() && !layout_.isStraying() && !has(tag, kHidden);
+  if (strays) layout_.beginStray(elements_.top().table);
+  if (tag == Tag::br) layout_.lineBreak();
+  if (tag == Tag::hr) layout_.requireBreaks(1);
+  if (strays) layout_.endStray();
+}
+
+// The body is there from the start; its tag adds to it.
+void Import::startBody() {
+  readDeclarations(Tag::body);
+  if (declarations_.has(Property::whiteSpace))
+    elements_.at(1).whiteSpace = declarations_.whiteSpace;
+}
+
+// The text of a style element is read at once: it is raw text.
+void Import::startStyle() {
+  const Attribute* const media = tokens_.attribute(u"media");
+  const bool applies = !media || StyleSheet::appliesToMedia(media->raw);
+  std::u16string css;
+  for (;;) {
+    const Token& token = tokens_.next();
+    if (token.kind != Token::Kind::text) break;
+    if (applies) css.append(token.text);
+  }
+  if (applies) sheet_.add(css);
+}
+
+// SVG and MathML (13.2.6.5): text is shown as it comes; HTML's own tags end them.
+void Import::startInForeign(const Token& token) {
+  if (has(token.tag, kBreakout)) {
+    while (elements_.top().foreign) pop();
+    return startTag(token);
+  }
+  if (token.selfClosing) return;
+  readDeclarations(token.tag);
+  const Tag tag = isKnownInForeign(token.tag) ? token.tag : Tag::unknown;
+  open(tag, elements_.number(tag, token.text));
+}
+
+void Import::startElement(const Token& token) {
+  const Tag tag = token.tag;
+  readDeclarations(tag);
+  const bool strays = fosters() && !layout_.isStraying() && !has(tag, kHidden);
+  if (strays) layout_.beginStray(elements_.top().table);
+  open(tag, elements_.number(tag, token.text));
+  elements_.top().straying = strays;
+  if ((tag == Tag::svg || tag == Tag::math) && token.selfClosing) return pop();
+  if (tag == Tag::pre || tag == Tag::listing || tag == Tag::textarea) skipsLineEnd_ = true;
+}
+
+// What the element's attributes and the style sheets declare for it.
+void Import::readDeclarations(Tag tag) {
+  declarations_ = Declarations();
+  const auto attributes = tokens_.attributes();
+  if (attributes.empty() && sheet_.isEmpty()) return;
+  const Attribute *style = nullptr, *classes = nullptr, *identifier = nullptr;
+  bool hidden = false;
+  for (const Attribute& attribute : attributes) {
+    switch (attribute.name.size()) {
+      case 2:
+        if (!identifier && equalsIgnoringCase(attribute.name, u"id")) identifier = &attribute;
+        break;
+      case 5:
+        if (!style && equalsIgnoringCase(attribute.name, u"style")) style = &attribute;
+        if (!classes && equalsIgnoringCase(attribute.name, u"class")) classes = &attribute;
+        break;
+      case 6:
+        hidden = hidden || equalsIgnoringCase(attribute.name, u"hidden");
+        break;
+      default:
+        break;
+    }
+  }
+  if (hidden) parseDeclarations(u"display:none", true, &declarations_);
+  if (!sheet_.isEmpty()) {
+    sheet_.apply(tag, classes ? classes->raw : std::u16string_view(),
+                 identifier ? identifier->raw : std::u16string_view(), &declarations_);
+  }
+  if (!style) return;
+  if (style->raw.find(u'&') == style->raw.npos) {
+    parseDeclarations(style->raw, true, &declarations_);
+  } else {
+    parseDeclarations(style->value(), true, &declarations_);
+  }
+}
+
+// Opens an element with the declarations that were read for it.
+void Import::open(Tag tag, uint16_t name) {
+  OpenElement element;
+  element.name = name;
+  bool visible = true;
+  const OpenElement& parent = elements_.top();
+  element.hidden = parent.hidden;
+  element.foreign = parent.foreign;
+  element.whiteSpace = parent.whiteSpace;
+  const Declarations& own = declarations_;
+  if (own.has(Property::visibility)) visible = own.visible;
+  element.ownHidden = has(tag, kHidden) || own.hides() || !visible;
+  element.hidden = element.hidden || element.ownHidden;
+  if (tag == Tag::svg || tag == Tag::math) element.foreign = true;
+  if (holdsHTML(tag)) element.foreign = false;
+  if (tag == Tag::pre || tag == Tag::listing || tag == Tag::xmp || tag == Tag::plaintext ||
+      tag == Tag::textarea) {
+    element.whiteSpace = WhiteSpace::keep;
+  }
+  if (own.has(Property::whiteSpace)) element.whiteSpace = own.whiteSpace;
+  const bool isBlock =
+      own.has(Property::display) && !has(tag, kTablePart)
+          ? own.display == Display::block || (own.display != Display::inlineBox && has(tag, kBlock))
+          : has(tag, kBlock);
+  element.breaks = isBlock ? 1 : 0;
+  push(element);
+  if (has(tag, kMarker)) formatting_.push_back({});
+  if (!element.hidden) beginLayout(tag);
+}
+
+void Import::push(OpenElement element) {
+  elements_.push(element);
+  tokens_.setForeignContent(element.foreign);
+}
+
+void Import::pop() {
+  const OpenElement element = elements_.top();
+  elements_.pop();
+  if (element.formatting) {
+    suspendFormatting(elements_.size() + 1);
+  }
+  if (has(element.tag(), kMarker)) clearFormattingToMarker();
+  endLayout(element);
+  tokens_.setForeignContent(elements_.top().foreign);
+}
+
+void Import::popTo(uint32_t position) {
+  while (elements_.size() >= position) pop();
+}
+
+// An open paragraph in button scope (13.2.4.2) ends.
+void Import::closeP() {
+  const uint32_t p = elements_.last(Tag::p);
+  if (p > elements_.lastScope() && p > elements_.last(Tag::button)) popTo(p);
+}
+
+void Import::beginLayout(Tag tag) {
+  OpenElement& element = elements_.top();
+  switch (tag) {
+    case Tag::p: {
+      const auto isZero = [this](Property property, const Length& margin) {
+        return declarations_.has(property) && margin.value == 0;
+      };
+      const bool flushTop = isZero(Property::marginTop, declarations_.marginTop);
+      const bool flushBottom = isZero(Property::marginBottom, declarations_.marginBottom);
+      layout_.requireBreaks(flushTop ? 1 : 2);
+      element.breaks = flushBottom ? 1 : 2;
+      return;
+    }
+    case Tag::ul:
+    case Tag::ol:
+    case Tag::menu:
+    case Tag::dir:
+      return beginList(tag);
+    case Tag::li:
+      return beginItem();
+    case Tag::td:
+    case Tag::th:
+      return layout_.beginCell();
+    case Tag::tr:
+      return layout_.beginRow(elements_.at(table()).dropsCells);
+    default:
+      if (element.breaks) layout_.requireBreaks(element.breaks);
+  }
+}
+
+void Import::endLayout(const OpenElement& element) {
+  if (!element.hidden) {
+    switch (element.tag()) {
+      case Tag::td:
+      case Tag::th:
+        layout_.endCell();
+        break;
+      case Tag::tr:
+        layout_.endRow();
+        break;
+      case Tag::ul:
+      case Tag::ol:
+      case Tag::menu:
+      case Tag::dir:
+        lists_.pop_back();
+        [[fallthrough]];
+      default:
+        if (element.breaks) layout_.requireBreaks(element.breaks);
+    }
+  }
+  if (element.straying) layout_.endStray();
+}
+
+}  // namespace kelspar::html

@@ -1,0 +1,95 @@
+// One import of HTML: the tree rules (WHATWG HTML, 13.2.6) as far as they change what is shown,
+// over the tokens and without a tree. Internal to the importer.
+//
+// Implied ends, misnested formatting, text that strays between the parts of a table, SVG and
+// MathML; what is open is a stack, and what an element changes is undone when it is taken off.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "platform/richtext/html_layout.h"
+#include "platform/richtext/html_open_elements.h"
+#include "platform/richtext/html_style_sheet.h"
+#include "platform/richtext/html_tokenizer.h"
+
+namespace kelspar::html {
+
+class Import {
+ public:
+  explicit Import(std::u16string_view html);
+
+  [[nodiscard]] TextLayout::Result run();
+
+ private:
+  // Formatting that is open, or that comes back behind the block that it was left open in.
+  struct Formatting {
+    OpenElement element;    // a name of 0: a marker
+    uint32_t position = 0;  // where it is open; 0: it is to come back
+  };
+  struct List {
+    bool ordered = false;
+    int32_t next = 1;
+    NSString style;
+    uint32_t bullets = 0;  // lists around it that are not ordered
+  };
+
+  // Tokens.
+  void text(const Token& token);
+  void startTag(const Token& token);
+  void endTag(const Token& token);
+
+  // Start tags.
+  void startInForeign(const Token& token);
+  void startBody();
+  void startVoid(Tag tag);
+  void startFormatting(Tag tag);
+  void startStyle();
+  bool startTablePart(Tag tag);
+  void openTable();
+  void openPart(Tag tag);
+  void endImplied(Tag tag);
+  void endItemBefore(Tag tag);
+  void startElement(const Token& token);
+
+  // End tags.
+  bool endTablePart(Tag tag);
+  void endFormatting(Tag tag);
+  void endBlock(Tag tag);
+  void endOther(uint16_t name);
+
+  // The stack.
+  void readDeclarations(Tag tag);
+  void open(Tag tag, uint16_t name);
+  void push(OpenElement element);
+  void pop();
+  void popTo(uint32_t position);  // and the element there
+  void popAbove(uint32_t position) { popTo(position + 1); }
+  void closeP();
+  void beginLayout(Tag tag);
+  void endLayout(const OpenElement& element);
+  void beginList(Tag tag);
+  void beginItem();
+  [[nodiscard]] uint32_t table() const { return elements_.last(Tag::table); }
+  [[nodiscard]] uint32_t section() const;
+  [[nodiscard]] bool fosters() { return elements_.top().fosters; }
+
+  // Formatting.
+  void reconstruct();
+  void addFormatting();
+  void suspendFormatting(uint32_t position);
+  void clearFormattingToMarker();
+  [[nodiscard]] Formatting* findFormatting(uint16_t name);
+
+  Tokenizer tokens_;
+  TextLayout layout_;
+  OpenElements elements_;
+  StyleSheet sheet_;
+  Declarations declarations_;  // of the start tag that is being read
+  std::vector<Formatting> formatting_;
+  std::vector<List> lists_;
+  bool mustReconstruct_ = false;
+  bool skipsLineEnd_ = false;  // the one that <pre> begins with
+};
+
+}  // namespace kelspar::html

@@ -1,0 +1,200 @@
+// Tables (13.2.6.4.9 to 13.2.6.4.15) and lists.
+#include <algorithm>
+#include <string>
+
+#include "platform/richtext/html_import.h"
+
+namespace kelspar::html {
+
+namespace {
+
+bool isSection(Tag tag) { return tag == Tag::tbody || tag == Tag::thead || tag == Tag::tfoot; }
+
+// Tables that only arrange what is in them say so, or have no lines and no gaps.
+bool isForLayout(const Tokenizer& tokens) {
+  if (const Attribute* role = tokens.attribute(u"role")) {
+    if (equalsIgnoringCase(role->raw, u"presentation") || equalsIgnoringCase(role->raw, u"none")) {
+      return true;
+    }
+  }
+  for (const std::u16string_view name : {u"cellpadding", u"cellspacing", u"border"}) {
+    const Attribute* attribute = tokens.attribute(name);
+    if (attribute && attribute->raw == u"0") return true;
+  }
+  return false;
+}
+
+int32_t number(const Attribute* attribute, int32_t otherwise) {
+  if (!attribute) return otherwise;
+  const std::u16string_view text = attribute->raw;
+  const size_t first = text.starts_with(u'-') ? 1 : 0;
+  int64_t value = 0;
+  size_t at = first;
+  for (; at < text.size() && text[at] >= u'0' && text[at] <= u'9'; ++at) {
+    value = std::min<int64_t>(value * 10 + (text[at] - u'0'), 1'000'000'000);
+  }
+  if (at == first) return otherwise;
+  return static_cast<int32_t>(first ? -value : value);
+}
+
+std::u16string digits(int32_t value) {
+  const std::string text = std::to_string(value);
+  return {text.begin(), text.end()};
+}
+
+// a, b, ... z, aa, ab, ...
+std::u16string letters(int32_t value, char16_t first) {
+  std::u16string text;
+  for (; value > 0; value = (value - 1) / 26) {
+    text.insert(text.begin(), static_cast<char16_t>(first + (value - 1) % 26));
+  }
+  return text;
+}
+
+std::u16string roman(int32_t value, bool upper) {
+  struct Row {
+    int32_t value;
+    std::u16string_view text;
+  };
+  constexpr Row kRows[] = {{1000, u"m"}, {900, u"cm"}, {500, u"d"}, {400, u"cd"}, {100, u"c"},
+                           {90, u"xc"},  {50, u"l"},   {40, u"xl"}, {10, u"x"},   {9, u"ix"},
+                           {5, u"v"},    {4, u"iv"},   {1, u"i"}};
+  std::u16string text;
+  for (const Row& row : kRows) {
+    for (; value >= row.value; value -= row.value) text += row.text;
+  }
+  if (upper) {
+    for (char16_t& c : text) c = static_cast<char16_t>(c - 0x20);
+  }
+  return text;
+}
+
+// Marker and tab; nothing for "none".
+std::u16string markerText(std::u16string_view style, int32_t value) {
+  if (style == u"none") return {};
+  if (style == u"disc") return u"\u2022\t";
+  if (style == u"circle") return u"\u25E6\t";
+  if (style == u"square") return u"\u25AA\t";
+  std::u16string text;
+  if (value > 0 && style.ends_with(u"alpha")) text = letters(value, style[0] == u'l' ? u'a' : u'A');
+  if (value > 0 && value < 4000 && style.ends_with(u"roman")) text = roman(value, style[0] == u'u');
+  if (text.empty()) text = digits(value);
+  return text + u".\t";
+}
+
+// <ol type>, <li type>
+NSString styleOfType(const Attribute* type) {
+  if (!type) return nil;
+  if (type->raw == u"1") return u"decimal";
+  if (type->raw == u"a") return u"lower-alpha";
+  if (type->raw == u"A") return u"upper-alpha";
+  if (type->raw == u"i") return u"lower-roman";
+  if (type->raw == u"I") return u"upper-roman";
+  for (const std::u16string_view name : {u"disc", u"circle", u"square", u"none"}) {
+    if (equalsIgnoringCase(type->raw, name)) return NSString(name);
+  }
+  return nil;
+}
+
+}  // namespace
+
+// The innermost of table, tbody, thead and tfoot.
+uint32_t Import::section() const {
+  return std::max({table(), elements_.last(Tag::tbody), elements_.last(Tag::thead),
+                   elements_.last(Tag::tfoot)});
+}
+
+bool Import::startTablePart(Tag tag) {
+  const bool isCell = tag == Tag::td || tag == Tag::th;
+  if (tag == Tag::table) {
+    if (fosters()) popTo(table());
+    closeP();
+    openTable();
+    return true;
+  }
+  if (!isCell && !isSection(tag) && tag != Tag::tr && tag != Tag::caption) return false;
+  if (table() == 0) return true;  // a part of nothing
+
+  if (tag == Tag::caption || isSection(tag)) {
+    popAbove(table());
+  } else if (tag == Tag::tr) {
+    popAbove(section());
+  } else if (elements_.last(Tag::tr) > table()) {
+    popAbove(elements_.last(Tag::tr));
+  } else {
+    popAbove(section());
+    declarations_ = Declarations();
+    openPart(Tag::tr);
+  }
+  readDeclarations(tag);
+  if (isCell || tag == Tag::caption) {
+    open(tag, static_cast<uint16_t>(tag));
+    return true;
+  }
+  openPart(tag);
+  return true;
+}
+
+void Import::openTable() {
+  readDeclarations(Tag::table);
+  const size_t number = layout_.markTable();
+  open(Tag::table, static_cast<uint16_t>(Tag::table));
+  OpenElement& element = elements_.top();
+  element.fosters = true;
+  element.table = static_cast<uint32_t>(number);
+  element.dropsCells = isForLayout(tokens_);
+}
+
+void Import::openPart(Tag tag) {
+  const uint32_t number = elements_.at(table()).table;
+  open(tag, static_cast<uint16_t>(tag));
+  elements_.top().fosters = true;
+  elements_.top().table = number;
+}
+
+bool Import::endTablePart(Tag tag) {
+  switch (tag) {
+    case Tag::table:
+    case Tag::caption:
+    case Tag::tbody:
+    case Tag::thead:
+    case Tag::tfoot:
+    case Tag::tr:
+    case Tag::td:
+    case Tag::th:
+      break;
+    default:
+      return tag == Tag::col || tag == Tag::colgroup;
+  }
+  const uint32_t position = elements_.last(tag);
+  if (position != 0 && position >= table()) popTo(position);
+  return true;
+}
+
+void Import::beginList(Tag tag) {
+  layout_.requireBreaks(1);
+  List list;
+  list.ordered = tag == Tag::ol;
+  if (list.ordered) list.next = number(tokens_.attribute(u"start"), 1);
+  const uint32_t bullets = lists_.empty() ? 0 : lists_.back().bullets;
+  list.bullets = bullets + (list.ordered ? 0 : 1);
+  list.style = list.ordered   ? u"decimal"_ns
+               : bullets == 0 ? u"disc"_ns
+               : bullets == 1 ? u"circle"_ns
+                              : u"square"_ns;
+  if (const NSString style = styleOfType(tokens_.attribute(u"type"))) list.style = style;
+  if (declarations_.has(Property::listStyle)) list.style = declarations_.listStyle;
+  lists_.push_back(list);
+}
+
+void Import::beginItem() {
+  layout_.requireBreaks(1);
+  List list = lists_.empty() ? List{false, 1, u"disc"_ns} : lists_.back();
+  list.next = number(tokens_.attribute(u"value"), list.next);
+  if (const NSString style = styleOfType(tokens_.attribute(u"type"))) list.style = style;
+  if (declarations_.has(Property::listStyle)) list.style = declarations_.listStyle;
+  layout_.beginItem(markerText(list.style, list.next));
+  if (!lists_.empty()) lists_.back().next = list.next + 1;
+}
+
+}  // namespace kelspar::html

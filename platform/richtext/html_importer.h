@@ -1,0 +1,43 @@
+// Reads HTML into text, or into text with attributes. Internal to the library.
+//
+// One pass over the tokens, no tree, no recursion: linear in the input, whatever it nests. Nothing
+// is ever fetched. Both entries give the same characters, but for the U+FFFC of images, which stand
+// in attributed text only.
+//
+// The text is what a browser's innerText gives of the page, with scripting off:
+// - white space collapses, but in <pre> and under "white-space"; <br> ends a line, a block stands
+//   on lines of its own, a <p> has a blank line around it unless its margin there is 0;
+// - the cells of a row are separated by tabs, the items of a list begin with marker and tab;
+// - what is not displayed is left out: head, scripts, styles, templates, comments, the "hidden"
+//   attribute, "display: none", "visibility: hidden", "opacity: 0", no height with hidden overflow,
+//   in style attributes and through simple selectors of the style elements read so far;
+// - text that strays between the parts of a table stands in front of it.
+#pragma once
+
+#include <functional>
+
+#include "platform/richtext/NSAttributedString.h"
+
+namespace kelspar {
+
+// nil for nil.
+[[nodiscard]] NSString plainTextFromHTML(const NSString& html);
+// From UTF-8; what is not valid in it becomes U+FFFD.
+[[nodiscard]] NSString plainTextFromHTML(const NSData& html);
+
+struct HTMLImportOptions {
+  // The bytes of the part with that content identifier ("cid:" taken off, percent escapes
+  // decoded); nil when they are not at hand. May be empty.
+  std::function<NSData(const NSString& contentIdentifier)> dataForContentIdentifier;
+};
+
+// Kept as attributes: fonts, sizes, weights, slants, colours, underline and strikethrough, raised
+// and lowered text, links (but scripts), alignment, indents, line height, direction, headings,
+// quotes, lists, table cells, vertical margins of blocks other than <p>, and images: with their
+// bytes when they come in a data: URL or through the options, else their place only. nil for nil.
+[[nodiscard]] NSAttributedString attributedTextFromHTML(const NSString& html,
+                                                        const HTMLImportOptions& options = {});
+[[nodiscard]] NSAttributedString attributedTextFromHTML(const NSData& html,
+                                                        const HTMLImportOptions& options = {});
+
+}  // namespace kelspar

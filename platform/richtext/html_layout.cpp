@@ -1,0 +1,224 @@
+#include "platform/richtext/html_layout.h"
+
+#include <algorithm>
+#include <utility>
+
+#if defined(__SSE2__)
+#include <emmintrin.h>
+#endif
+
+#include "platform/foundation/scan.h"
+
+namespace kelspar::html {
+
+namespace {
+
+bool isSpace(char16_t c) { return c == u' ' || (c >= u'\t' && c <= u'\r' && c != u'\v'); }
+
+// The first place that does not stay as it is when white space collapses: a blank followed by
+// another one, or white space that is no blank. Finds a vertical tab as well, which stays.
+size_t findCollapsible(std::u16string_view text, size_t from) {
+  const size_t size = text.size();
+  size_t at = from;
+#if defined(__SSE2__)
+  const __m128i blank = _mm_set1_epi16(u' ');
+  const __m128i tab = _mm_set1_epi16(u'\t');
+  const __m128i reach = _mm_set1_epi16(u'\r' - u'\t');
+  const __m128i zero = _mm_setzero_si128();
+  for (; at + 9 <= size; at += 8) {
+    const auto* const units = reinterpret_cast<const __m128i*>(text.data() + at);
+    const __m128i here = _mm_loadu_si128(units);
+    const __m128i next = _mm_loadu_si128(reinterpret_cast<const __m128i*>(text.data() + at + 1));
+    const __m128i twice = _mm_and_si128(_mm_cmpeq_epi16(here, blank), _mm_cmpeq_epi16(next, blank));
+    const __m128i control = _mm_cmpeq_epi16(_mm_subs_epu16(_mm_sub_epi16(here, tab), reach), zero);
+    if (const int mask = _mm_movemask_epi8(_mm_or_si128(twice, control))) {
+      return at + static_cast<size_t>(__builtin_ctz(mask)) / 2;
+    }
+  }
+#endif
+  for (; at < size; ++at) {
+    if (text[at] >= u'\t' && text[at] <= u'\r') return at;
+    if (text[at] == u' ' && at + 1 < size && text[at + 1] == u' ') return at;
+  }
+  return size;
+}
+
+}  // namespace
+
+TextLayout::TextLayout(size_t expectedUnits) { main_.text.reserve(expectedUnits); }
+
+void TextLayout::text(std::u16string_view units, WhiteSpace whiteSpace) {
+  if (whiteSpace == WhiteSpace::collapse) return collapse(units);
+  if (whiteSpace == WhiteSpace::keep) return keep(units);
+  for (size_t from = 0; from < units.size();) {
+    const size_t end = scan::findAny(units, from, u'\n', u'\r');
+    collapse(units.substr(from, end - from));
+    if (end == units.size()) return;
+    lineBreak();
+    const bool isPair = units[end] == u'\r' && end + 1 < units.size() && units[end + 1] == u'\n';
+    from = end + (isPair ? 2 : 1);
+  }
+}
+
+void TextLayout::collapse(std::u16string_view units) {
+  for (size_t at = 0; at < units.size();) {
+    if (isSpace(units[at])) {
+      noteSpace();
+      do {
+        ++at;
+      } while (at < units.size() && isSpace(units[at]));
+      continue;
+    }
+    const size_t stop = findCollapsible(units, at);
+    size_t end = stop;
+    if (stop < units.size() && units[stop] == u'\v') ++end;
+    while (end > at && units[end - 1] == u' ') --end;
+    append(units.substr(at, end - at));
+    at = end;
+  }
+}
+
+void TextLayout::keep(std::u16string_view units) {
+  for (size_t from = 0; from < units.size();) {
+    const size_t end = scan::findAny(units, from, u'\n', u'\r');
+    if (end > from) append(units.substr(from, end - from));
+    if (end == units.size()) return;
+    lineBreak();
+    const bool isPair = units[end] == u'\r' && end + 1 < units.size() && units[end + 1] == u'\n';
+    from = end + (isPair ? 2 : 1);
+  }
+}
+
+void TextLayout::noteSpace() {
+  if (out_->breaks || out_->tabs || out_->fresh || out_->atLineStart()) return;
+  out_->space = true;
+}
+
+// What is due before text or a line end.
+void TextLayout::flush() {
+  Output& out = *out_;
+  out.fresh = false;
+  if (out.breaks && !out.text.empty()) {
+    uint8_t there = 0;
+    while (there < out.breaks && there < out.text.size() &&
+           out.text[out.text.size() - 1 - there] == u'\n') {
+      ++there;
+    }
+    out.text.append(out.breaks - there, u'\n');
+  }
+  out.breaks = 0;
+  if (out.tabs) out.text.append(std::exchange(out.tabs, 0), u'\t');
+  if (!out.marker.empty()) {
+    startRun();
+    out.text.append(out.marker);
+    out.marker.clear();
+  }
+}
+
+void TextLayout::startRun() {
+  Output& out = *out_;
+  if (!out.runs.empty() && out.runs.back().look == look_) return;
+  out.runs.push_back({out.runs.empty() ? 0 : out.text.size(), look_});
+}
+
+void TextLayout::append(std::u16string_view units) {
+  flush();
+  Output& out = *out_;
+  if (std::exchange(out.space, false)) out.text.push_back(u' ');
+  startRun();
+  out.text.append(units);
+}
+
+void TextLayout::atom(std::u16string_view units) { append(units); }
+
+void TextLayout::lineBreak() {
+  flush();
+  out_->space = false;
+  startRun();
+  out_->text.push_back(u'\n');
+}
+
+void TextLayout::requireBreaks(uint8_t breaks) {
+  if (out_->fresh) return;
+  out_->space = false;
+  out_->breaks = std::max(out_->breaks, breaks);
+}
+
+void TextLayout::beginItem(std::u16string marker) {
+  out_->marker = std::move(marker);
+  out_->fresh = true;
+}
+
+void TextLayout::beginRow(bool drops) {
+  requireBreaks(1);
+  rows_.push_back({out_->text.size(), out_->tabs, drops, false});
+}
+
+void TextLayout::beginCell() {
+  Row& row = rows_.back();
+  out_->fresh = true;
+  out_->space = false;
+  if (row.hasCells && (rowHasText() || !row.drops)) ++out_->tabs;
+  row.hasCells = true;
+}
+
+void TextLayout::endCell() {
+  out_->fresh = false;
+  if (rowHasText()) out_->breaks = 0;
+}
+
+void TextLayout::endRow() {
+  out_->tabs = rowHasText() ? 0 : rows_.back().tabsBefore;
+  rows_.pop_back();
+  requireBreaks(1);
+}
+
+size_t TextLayout::markTable() {
+  if (isStraying()) return SIZE_MAX;
+  tables_.push_back({main_.text.size(), main_.breaks > 0, nullptr});
+  return tables_.size() - 1;
+}
+
+void TextLayout::beginStray(size_t table) {
+  if (table >= tables_.size() || isStraying()) return;
+  Table& target = tables_[table];
+  if (!target.strays) target.strays = std::make_unique<Output>();
+  out_ = target.strays.get();
+}
+
+void TextLayout::endStray() { out_ = &main_; }
+
+TextLayout::Result TextLayout::finish() && {
+  const bool hasStrays =
+      std::ranges::any_of(tables_, [](const Table& table) { return table.strays != nullptr; });
+  if (!hasStrays) return {std::move(main_.text), std::move(main_.runs)};
+  return merged();
+}
+
+TextLayout::Result TextLayout::merged() {
+  Result result;
+  const auto join = [&result](const Output& part, size_t from, size_t to, bool ownLine) {
+    if (from == to) return;
+    const bool joined = result.text.empty() || result.text.back() == u'\n';
+    if (ownLine && !joined && part.text[from] != u'\n') result.text.push_back(u'\n');
+    const auto behind = [](size_t at, const Run& run) { return at < run.start; };
+    auto run = std::upper_bound(part.runs.begin(), part.runs.end(), from, behind);
+    if (run != part.runs.begin()) --run;
+    for (; run != part.runs.end() && run->start < to; ++run) {
+      const size_t start = result.text.size() + (std::max(run->start, from) - from);
+      result.runs.push_back({result.runs.empty() ? 0 : start, run->look});
+    }
+    result.text.append(part.text, from, to - from);
+  };
+  size_t from = 0;
+  for (const Table& table : tables_) {
+    if (!table.strays || table.strays->text.empty()) continue;
+    join(main_, from, table.position, true);
+    join(*table.strays, 0, table.strays->text.size(), table.ownLine);
+    from = table.position;
+  }
+  join(main_, from, main_.text.size(), true);
+  return result;
+}
+
+}  // namespace kelspar::html

@@ -1,0 +1,492 @@
+#include "platform/richtext/html_style.h"
+
+#include <algorithm>
+#include <array>
+#include <iterator>
+
+#include "platform/foundation/scan.h"
+#include "platform/richtext/html_colors.h"
+#include "platform/richtext/html_tags.h"
+
+namespace kelspar::html {
+
+namespace {
+
+using Text = std::u16string_view;
+
+bool isSpace(char16_t c) { return c <= u' '; }
+
+Text trimmed(Text text) {
+  while (!text.empty() && isSpace(text.front())) text.remove_prefix(1);
+  while (!text.empty() && isSpace(text.back())) text.remove_suffix(1);
+  return text;
+}
+
+bool is(Text text, Text lower) { return equalsIgnoringCase(text, lower); }
+
+bool contains(Text text, Text lower) {
+  for (size_t at = 0; at + lower.size() <= text.size(); ++at) {
+    if (is(text.substr(at, lower.size()), lower)) return true;
+  }
+  return false;
+}
+
+// The first word of a value, and the text behind it.
+Text takeWord(Text* text) {
+  *text = trimmed(*text);
+  size_t end = 0;
+  while (end < text->size() && !isSpace((*text)[end])) ++end;
+  const Text word = text->substr(0, end);
+  text->remove_prefix(end);
+  return word;
+}
+
+std::optional<double> number(Text text, size_t* end) {
+  size_t at = 0;
+  const bool negative = text.starts_with(u'-');
+  if (negative || text.starts_with(u'+')) ++at;
+  double value = 0, place = 1;
+  bool digits = false, behindPoint = false;
+  for (; at < text.size(); ++at) {
+    const char16_t c = text[at];
+    if (c == u'.' && !behindPoint) {
+      behindPoint = true;
+    } else if (c < u'0' || c > u'9') {
+      break;
+    } else {
+      digits = true;
+      if (behindPoint) {
+        value += (c - u'0') * (place /= 10);
+      } else {
+        value = std::min(value * 10 + (c - u'0'), 1e6);
+      }
+    }
+  }
+  *end = at;
+  if (!digits) return {};
+  return negative ? -value : value;
+}
+
+struct UnitRow {
+  Text name;
+  double points;  // 0: times the font's size
+  double times;
+};
+constexpr UnitRow kUnits[] = {
+    {u"px", 0.75, 0}, {u"pt", 1, 0},  {u"em", 0, 1},         {u"rem", 12, 0},       {u"%", 0, 0.01},
+    {u"in", 72, 0},   {u"pc", 12, 0}, {u"cm", 72 / 2.54, 0}, {u"mm", 72 / 25.4, 0}, {u"ex", 0, 0.5},
+    {u"ch", 0, 0.5},  {u"vw", 6, 0},  {u"vh", 8, 0},
+};
+
+// A number without a unit is `bare` points; 0 needs none.
+std::optional<Length> length(Text text, double bare = 0.75) {
+  text = trimmed(text);
+  size_t end = 0;
+  const auto value = number(text, &end);
+  if (!value) return {};
+  const Text unit = trimmed(text.substr(end));
+  if (unit.empty()) return Length{*value * bare, Length::Unit::points};
+  for (const UnitRow& row : kUnits) {
+    if (!is(unit, row.name)) continue;
+    if (row.points == 0) return Length{*value * row.times, Length::Unit::times};
+    return Length{*value * row.points, Length::Unit::points};
+  }
+  return {};
+}
+
+bool setLength(Text text, Length* target) {
+  const auto value = length(text);
+  if (value) *target = *value;
+  return value.has_value();
+}
+
+// Each parser returns false for a value that it does not know.
+
+bool parseDisplay(Text value, Declarations* to) {
+  if (is(value, u"none")) {
+    to->display = Display::none;
+  } else if (is(value, u"block") || is(value, u"list-item") || is(value, u"flex") ||
+             is(value, u"grid") || is(value, u"flow-root")) {
+    to->display = Display::block;
+  } else if (is(value, u"inline")) {
+    to->display = Display::inlineBox;
+  } else if (is(value, u"inline-block")) {
+    to->display = Display::inlineBlock;
+  } else {
+    to->display = Display::other;
+  }
+  return true;
+}
+
+bool parseVisibility(Text value, Declarations* to) {
+  to->visible = !is(value, u"hidden") && !is(value, u"collapse");
+  return true;
+}
+
+bool parseWhiteSpace(Text value, Declarations* to) {
+  if (is(value, u"pre") || is(value, u"pre-wrap") || is(value, u"break-spaces")) {
+    to->whiteSpace = WhiteSpace::keep;
+  } else if (is(value, u"pre-line")) {
+    to->whiteSpace = WhiteSpace::keepLines;
+  } else if (is(value, u"normal") || is(value, u"nowrap")) {
+    to->whiteSpace = WhiteSpace::collapse;
+  } else {
+    return false;
+  }
+  return true;
+}
+
+bool parseHeight(Text value, Declarations* to) {
+  const auto height = length(value);
+  to->noHeight = height && height->value == 0;
+  return true;
+}
+
+bool parseOverflow(Text value, Declarations* to) {
+  to->clipped = is(value, u"hidden") || is(value, u"clip");
+  return true;
+}
+
+bool parseOpacity(Text value, Declarations* to) {
+  size_t end = 0;
+  const auto opacity = number(value, &end);
+  to->transparent = opacity && *opacity == 0;
+  return true;
+}
+
+bool parseMargin(Text value, Declarations* to) {
+  std::array<Length, 4> sides;
+  size_t count = 0;
+  for (Text word = takeWord(&value); !word.empty() && count < 4; word = takeWord(&value)) {
+    if (!is(word, u"auto") && !setLength(word, &sides[count])) return false;
+    ++count;
+  }
+  if (count == 0) return false;
+  to->marginTop = sides[0];
+  to->marginRight = sides[count > 1 ? 1 : 0];
+  to->marginBottom = sides[count > 2 ? 2 : 0];
+  to->marginLeft = sides[count > 3 ? 3 : count > 1 ? 1 : 0];
+  for (const auto side :
+       {Property::marginTop, Property::marginRight, Property::marginBottom, Property::marginLeft}) {
+    to->set |= 1u << static_cast<int>(side);
+  }
+  return true;
+}
+
+bool parseMarginTop(Text value, Declarations* to) { return setLength(value, &to->marginTop); }
+bool parseMarginBottom(Text value, Declarations* to) { return setLength(value, &to->marginBottom); }
+bool parseMarginLeft(Text value, Declarations* to) { return setLength(value, &to->marginLeft); }
+bool parseMarginRight(Text value, Declarations* to) { return setLength(value, &to->marginRight); }
+bool parseTextIndent(Text value, Declarations* to) { return setLength(value, &to->textIndent); }
+bool parseWidth(Text value, Declarations* to) { return setLength(value, &to->width); }
+
+bool parseListStyle(Text value, Declarations* to) {
+  for (Text word = takeWord(&value); !word.empty(); word = takeWord(&value)) {
+    for (const Text known :
+         {u"none", u"disc", u"circle", u"square", u"decimal", u"lower-alpha", u"upper-alpha",
+          u"lower-latin", u"upper-latin", u"lower-roman", u"upper-roman"}) {
+      if (!is(word, known)) continue;
+      to->listStyle = known == u"lower-latin"   ? u"lower-alpha"_ns
+                      : known == u"upper-latin" ? u"upper-alpha"_ns
+                                                : NSString(known);
+      return true;
+    }
+  }
+  return false;
+}
+
+// The first family of the list, without quotes; the generic ones as they are.
+bool parseFontFamily(Text value, Declarations* to) {
+  value = trimmed(value.substr(0, value.find(u',')));
+  while (!value.empty() && (value.front() == u'"' || value.front() == u'\'')) {
+    value.remove_prefix(1);
+  }
+  while (!value.empty() && (value.back() == u'"' || value.back() == u'\'')) value.remove_suffix(1);
+  if (value.empty() || is(value, u"inherit") || is(value, u"initial")) return false;
+  to->fontFamily = NSString(value);
+  return true;
+}
+
+struct SizeRow {
+  Text name;
+  Length size;
+};
+constexpr SizeRow kSizes[] = {
+    {u"xx-small", {6.75}},
+    {u"x-small", {7.5}},
+    {u"small", {9.75}},
+    {u"medium", {12}},
+    {u"large", {13.5}},
+    {u"x-large", {18}},
+    {u"xx-large", {24}},
+    {u"smaller", {5.0 / 6, Length::Unit::times}},
+    {u"larger", {1.2, Length::Unit::times}},
+};
+
+bool parseFontSize(Text value, Declarations* to) {
+  for (const SizeRow& row : kSizes) {
+    if (is(value, row.name)) {
+      to->fontSize = row.size;
+      return true;
+    }
+  }
+  return setLength(value, &to->fontSize);
+}
+
+bool parseFontWeight(Text value, Declarations* to) {
+  size_t end = 0;
+  const auto weight = number(value, &end);
+  to->bold = weight ? *weight >= 600 : is(value, u"bold") || is(value, u"bolder");
+  return weight || to->bold || is(value, u"normal") || is(value, u"lighter");
+}
+
+bool parseFontStyle(Text value, Declarations* to) {
+  to->italic = is(value, u"italic") || is(value.substr(0, 7), u"oblique");
+  return to->italic || is(value, u"normal");
+}
+
+bool parseColor(Text value, Declarations* to) {
+  to->color = colorNamed(value);
+  return to->color.has_value();
+}
+
+// The colour among a background's words.
+bool parseBackground(Text value, Declarations* to) {
+  to->background = colorNamed(value);
+  for (Text rest = value; !to->background && !rest.empty();) {
+    to->background = colorNamed(takeWord(&rest));
+  }
+  return to->background || is(value, u"transparent") || is(value, u"none");
+}
+
+bool parseDecoration(Text value, Declarations* to) {
+  to->underline = contains(value, u"underline");
+  to->strikethrough = contains(value, u"line-through");
+  return to->underline || to->strikethrough || contains(value, u"none");
+}
+
+bool parseVerticalAlign(Text value, Declarations* to) {
+  to->superscript = 0;
+  to->baselineOffset = 0;
+  if (is(value, u"super")) {
+    to->superscript = 1;
+  } else if (is(value, u"sub")) {
+    to->superscript = -1;
+  } else if (const auto raise = length(value); raise && raise->unit == Length::Unit::points) {
+    to->baselineOffset = raise->value;
+  }
+  return true;
+}
+
+bool parseTextAlign(Text value, Declarations* to) {
+  if (is(value, u"left")) {
+    to->textAlign = NSTextAlignment::left;
+  } else if (is(value, u"right") || is(value, u"end")) {
+    to->textAlign = NSTextAlignment::right;
+  } else if (is(value, u"center")) {
+    to->textAlign = NSTextAlignment::center;
+  } else if (is(value, u"justify")) {
+    to->textAlign = NSTextAlignment::justified;
+  } else if (is(value, u"start")) {
+    to->textAlign = NSTextAlignment::natural;
+  } else {
+    return false;
+  }
+  return true;
+}
+
+bool parseLineHeight(Text value, Declarations* to) {
+  size_t end = 0;
+  const auto times = number(value, &end);
+  if (times && end == value.size()) {
+    to->lineHeight = {*times, Length::Unit::times};
+    return true;
+  }
+  return setLength(value, &to->lineHeight);
+}
+
+bool parseDirection(Text value, Declarations* to) {
+  to->rightToLeft = is(value, u"rtl");
+  return true;
+}
+
+bool parseBorder(Text value, Declarations* to) {
+  to->border = 0;
+  for (Text word = takeWord(&value); !word.empty(); word = takeWord(&value)) {
+    if (const auto width = length(word)) to->border = width->value;
+    if (is(word, u"none")) to->border = 0;
+  }
+  return true;
+}
+
+// "italic bold 12px/1.5 Arial, sans-serif"
+bool parseFont(Text value, Declarations* to) {
+  const auto declare = [to](Property property, bool known) {
+    if (known) to->set |= 1u << static_cast<int>(property);
+    return known;
+  };
+  for (Text rest = value;;) {
+    const Text word = takeWord(&rest);
+    if (word.empty()) return false;
+    const size_t slash = word.find(u'/');
+    const Text size = word.substr(0, slash);
+    if (size[0] == u'.' || (size[0] >= u'0' && size[0] <= u'9' &&
+                            size.find_first_not_of(u"0123456789") != size.npos)) {
+      if (!declare(Property::fontSize, parseFontSize(size, to))) return false;
+      if (slash != word.npos) {
+        declare(Property::lineHeight, parseLineHeight(word.substr(slash + 1), to));
+      }
+      return declare(Property::fontFamily, parseFontFamily(rest, to));
+    }
+    if (!declare(Property::fontStyle, !is(word, u"normal") && parseFontStyle(word, to))) {
+      declare(Property::fontWeight, parseFontWeight(word, to));
+    }
+  }
+}
+
+struct PropertyRow {
+  Text name;
+  Property property;
+  bool (*parse)(Text, Declarations*);
+  bool isLayout;
+};
+
+// Sorted by name.
+// clang-format off
+constexpr PropertyRow kProperties[] = {
+    {u"background",       Property::background,    parseBackground,    false},
+    {u"background-color", Property::background,    parseBackground,    false},
+    {u"border",           Property::border,        parseBorder,        false},
+    {u"color",            Property::color,         parseColor,         false},
+    {u"direction",        Property::direction,     parseDirection,     false},
+    {u"display",          Property::display,       parseDisplay,       true},
+    {u"font",             Property::count,         parseFont,          false},
+    {u"font-family",      Property::fontFamily,    parseFontFamily,    false},
+    {u"font-size",        Property::fontSize,      parseFontSize,      false},
+    {u"font-style",       Property::fontStyle,     parseFontStyle,     false},
+    {u"font-weight",      Property::fontWeight,    parseFontWeight,    false},
+    {u"height",           Property::height,        parseHeight,        true},
+    {u"line-height",      Property::lineHeight,    parseLineHeight,    false},
+    {u"list-style",       Property::listStyle,     parseListStyle,     true},
+    {u"list-style-type",  Property::listStyle,     parseListStyle,     true},
+    {u"margin",           Property::count,         parseMargin,        true},
+    {u"margin-bottom",    Property::marginBottom,  parseMarginBottom,  true},
+    {u"margin-left",      Property::marginLeft,    parseMarginLeft,    false},
+    {u"margin-right",     Property::marginRight,   parseMarginRight,   false},
+    {u"margin-top",       Property::marginTop,     parseMarginTop,     true},
+    {u"max-height",       Property::height,        parseHeight,        true},
+    {u"opacity",          Property::opacity,       parseOpacity,       true},
+    {u"overflow",         Property::overflow,      parseOverflow,      true},
+    {u"text-align",       Property::textAlign,     parseTextAlign,     false},
+    {u"text-decoration",  Property::decoration,    parseDecoration,    false},
+    {u"text-decoration-line", Property::decoration, parseDecoration,   false},
+    {u"text-indent",      Property::textIndent,    parseTextIndent,    false},
+    {u"vertical-align",   Property::verticalAlign, parseVerticalAlign, false},
+    {u"visibility",       Property::visibility,    parseVisibility,    true},
+    {u"white-space",      Property::whiteSpace,    parseWhiteSpace,    true},
+    {u"width",            Property::width,         parseWidth,         false},
+};
+// clang-format on
+static_assert(std::ranges::adjacent_find(kProperties, std::ranges::greater_equal{},
+                                         &PropertyRow::name) == std::ranges::end(kProperties));
+constexpr size_t kLongestProperty = 20;
+
+constexpr size_t kSlots = 128;
+
+constexpr char16_t lower(char16_t c) { return c >= u'A' && c <= u'Z' ? c + 0x20 : c; }
+
+// First, last and middle letter and the length tell the names apart well enough.
+constexpr size_t slotOf(Text name) {
+  return (lower(name.front()) * 7u + lower(name.back()) * 13u + lower(name[name.size() / 2]) * 29u +
+          name.size()) %
+         kSlots;
+}
+
+constexpr auto kPropertySlots = [] {
+  std::array<uint8_t, kSlots> slots{};
+  for (size_t i = 0; i < std::size(kProperties); ++i) {
+    size_t slot = slotOf(kProperties[i].name);
+    while (slots[slot] != 0) slot = (slot + 1) % kSlots;
+    slots[slot] = static_cast<uint8_t>(i + 1);
+  }
+  return slots;
+}();
+
+const PropertyRow* findProperty(Text name) {
+  if (name.empty() || name.size() > kLongestProperty) return nullptr;
+  for (size_t slot = slotOf(name); kPropertySlots[slot] != 0; slot = (slot + 1) % kSlots) {
+    const PropertyRow& row = kProperties[kPropertySlots[slot] - 1];
+    if (is(name, row.name)) return &row;
+  }
+  return nullptr;
+}
+
+void parseDeclaration(Text text, bool layoutOnly, Declarations* to) {
+  const size_t colon = text.find(u':');
+  if (colon == text.npos) return;
+  const PropertyRow* row = findProperty(trimmed(text.substr(0, colon)));
+  if (!row || (layoutOnly && !row->isLayout)) return;
+  Text value = trimmed(text.substr(colon + 1));
+  bool important = false;
+  if (const size_t mark = value.rfind(u'!');
+      mark != value.npos && is(trimmed(value.substr(mark + 1)), u"important")) {
+    important = true;
+    value = trimmed(value.substr(0, mark));
+  }
+  Declarations one;
+  if (value.empty() || !row->parse(value, &one)) return;
+  if (row->property != Property::count) one.set |= 1u << static_cast<int>(row->property);
+  if (important) one.important = one.set;
+  to->add(one);
+}
+
+}  // namespace
+
+void Declarations::add(const Declarations& other) {
+  const uint32_t taken = other.set & ~(important & ~other.important);
+  const auto take = [taken](Property property) { return taken >> static_cast<int>(property) & 1; };
+  if (take(Property::display)) display = other.display;
+  if (take(Property::visibility)) visible = other.visible;
+  if (take(Property::whiteSpace)) whiteSpace = other.whiteSpace;
+  if (take(Property::marginTop)) marginTop = other.marginTop;
+  if (take(Property::marginBottom)) marginBottom = other.marginBottom;
+  if (take(Property::height)) noHeight = other.noHeight;
+  if (take(Property::overflow)) clipped = other.clipped;
+  if (take(Property::opacity)) transparent = other.transparent;
+  if (take(Property::listStyle)) listStyle = other.listStyle;
+  if (take(Property::marginLeft)) marginLeft = other.marginLeft;
+  if (take(Property::marginRight)) marginRight = other.marginRight;
+  if (take(Property::textIndent)) textIndent = other.textIndent;
+  if (take(Property::fontFamily)) fontFamily = other.fontFamily;
+  if (take(Property::fontSize)) fontSize = other.fontSize;
+  if (take(Property::fontWeight)) bold = other.bold;
+  if (take(Property::fontStyle)) italic = other.italic;
+  if (take(Property::color)) color = other.color;
+  if (take(Property::background)) background = other.background;
+  if (take(Property::decoration)) underline = other.underline;
+  if (take(Property::decoration)) strikethrough = other.strikethrough;
+  if (take(Property::verticalAlign)) superscript = other.superscript;
+  if (take(Property::verticalAlign)) baselineOffset = other.baselineOffset;
+  if (take(Property::textAlign)) textAlign = other.textAlign;
+  if (take(Property::lineHeight)) lineHeight = other.lineHeight;
+  if (take(Property::direction)) rightToLeft = other.rightToLeft;
+  if (take(Property::width)) width = other.width;
+  if (take(Property::border)) border = other.border;
+  set |= taken;
+  important |= other.important & taken;
+}
+
+bool Declarations::hides() const {
+  return display == Display::none || (noHeight && clipped) || transparent;
+}
+
+void parseDeclarations(std::u16string_view text, bool layoutOnly, Declarations* declarations) {
+  for (size_t from = 0; from < text.size();) {
+    // A data: URI holds semicolons, but then it is no value that counts here.
+    const size_t end = scan::findAny(text, from, u';');
+    parseDeclaration(text.substr(from, end - from), layoutOnly, declarations);
+    from = end + 1;
+  }
+}
+
+}  // namespace kelspar::html
