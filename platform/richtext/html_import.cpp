@@ -87,6 +87,7 @@ void Import::text(const Token& token) {
     if (units.starts_with(u'\r')) units.remove_prefix(1);
     if (units.starts_with(u'\n')) units.remove_prefix(1);
   }
+  if (mustReconstruct_ && !fosters() && !isAllSpace(units)) reconstruct();
   if (elements_.top().hidden) return;
   if (fosters()) {
     if (isAllSpace(units)) return;
@@ -96,7 +97,6 @@ void Import::text(const Token& token) {
     if (isFirst) layout_.endStray();
     return;
   }
-  if (mustReconstruct_ && !isAllSpace(units)) reconstruct();
   layout_.text(units, elements_.top().whiteSpace);
 }
 

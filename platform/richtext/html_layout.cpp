@@ -43,6 +43,13 @@ size_t findCollapsible(std::u16string_view text, size_t from) {
   return size;
 }
 
+// How many line ends the text ends in, counted up to `most`.
+uint8_t lineEndsBehind(std::u16string_view text, uint8_t most) {
+  uint8_t count = 0;
+  while (count < most && count < text.size() && text[text.size() - 1 - count] == u'\n') ++count;
+  return count;
+}
+
 }  // namespace
 
 TextLayout::TextLayout(size_t expectedUnits) { main_.text.reserve(expectedUnits); }
@@ -99,12 +106,7 @@ void TextLayout::flush() {
   Output& out = *out_;
   out.fresh = false;
   if (out.breaks && !out.text.empty()) {
-    uint8_t there = 0;
-    while (there < out.breaks && there < out.text.size() &&
-           out.text[out.text.size() - 1 - there] == u'\n') {
-      ++there;
-    }
-    out.text.append(out.breaks - there, u'\n');
+    out.text.append(out.breaks - lineEndsBehind(out.text, out.breaks), u'\n');
   }
   out.breaks = 0;
   if (out.tabs) out.text.append(std::exchange(out.tabs, 0), u'\t');
@@ -175,7 +177,7 @@ void TextLayout::endRow() {
 
 size_t TextLayout::markTable() {
   if (isStraying()) return SIZE_MAX;
-  tables_.push_back({main_.text.size(), main_.breaks > 0, nullptr});
+  tables_.push_back({main_.text.size(), main_.breaks, nullptr});
   return tables_.size() - 1;
 }
 
@@ -197,10 +199,13 @@ TextLayout::Result TextLayout::finish() && {
 
 TextLayout::Result TextLayout::merged() {
   Result result;
-  const auto join = [&result](const Output& part, size_t from, size_t to, bool ownLine) {
+  const auto join = [&result](const Output& part, size_t from, size_t to, uint8_t breaks) {
     if (from == to) return;
-    const bool joined = result.text.empty() || result.text.back() == u'\n';
-    if (ownLine && !joined && part.text[from] != u'\n') result.text.push_back(u'\n');
+    if (!result.text.empty()) {
+      breaks -= std::min(breaks, lineEndsBehind(result.text, breaks));
+      if (part.text[from] == u'\n') breaks = 0;
+      result.text.append(breaks, u'\n');
+    }
     const auto behind = [](size_t at, const Run& run) { return at < run.start; };
     auto run = std::upper_bound(part.runs.begin(), part.runs.end(), from, behind);
     if (run != part.runs.begin()) --run;
@@ -213,11 +218,14 @@ TextLayout::Result TextLayout::merged() {
   size_t from = 0;
   for (const Table& table : tables_) {
     if (!table.strays || table.strays->text.empty()) continue;
-    join(main_, from, table.position, true);
-    join(*table.strays, 0, table.strays->text.size(), table.ownLine);
-    from = table.position;
+    join(main_, from, table.position, 1);
+    join(*table.strays, 0, table.strays->text.size(), table.breaks);
+    from = table.position;  // the line ends that were due there stand before the strays now
+    for (uint8_t i = 0; i < table.breaks && from < main_.text.size(); ++i) {
+      if (main_.text[from] == u'\n') ++from;
+    }
   }
-  join(main_, from, main_.text.size(), true);
+  join(main_, from, main_.text.size(), 1);
   return result;
 }
 

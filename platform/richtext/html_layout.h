@@ -77,7 +77,7 @@ class TextLayout {
   };
   struct Table {
     size_t position;  // in front of which its strays stand
-    bool ownLine;     // they begin a line
+    uint8_t breaks;   // line ends that were due there
     std::unique_ptr<Output> strays;
   };
 

@@ -31,7 +31,8 @@ class Looks {
   void release(uint32_t saved);
 
   void enterList(const NSTextList& list);
-  void enterCell(const NSTextTableCell& cell, const Tokenizer& tag, const Declarations& declarations);
+  void enterCell(const NSTextTableCell& cell, const Tokenizer& tag,
+                 const Declarations& declarations);
   // Adds to the table's columns.
   void setColumns(uint32_t table, uint16_t columns);
 

@@ -21,9 +21,9 @@ struct OpenElement {
   bool straying = false;    // its content stands in front of the table
   bool fosters = false;     // a part of a table: text in it strays
   WhiteSpace whiteSpace = WhiteSpace::collapse;
-  uint8_t breaks = 0;  // line ends around it
+  uint8_t breaks = 0;       // line ends around it
   bool dropsCells = false;  // a table made for layout
-  uint32_t table = 0;  // of a table part: the layout's number for the table
+  uint32_t table = 0;       // of a table part: the layout's number for the table
   // What was topmost before: positions counted from 1, 0 for none.
   uint32_t previousSame = 0, previousScope = 0, previousSpecial = 0, previousItem = 0;
 

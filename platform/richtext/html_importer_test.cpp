@@ -1,0 +1,171 @@
+#include "platform/richtext/html_importer.h"
+
+#include <gtest/gtest.h>
+
+namespace kelspar {
+namespace {
+
+struct Row {
+  const char* name;
+  std::u16string_view in, out;
+};
+
+constexpr Row kRows[] = {
+    // White space.
+    {"PlainText", u"hello", u"hello"},
+    {"WhiteSpaceCollapses", u"  a \n\t b  ", u"a b"},
+    {"WhiteSpaceAcrossTags", u"a <b> b</b> <i> c</i>", u"a b c"},
+    {"NoBreakSpaceStays", u"a&nbsp; b", u"a\u00A0 b"},
+    {"SpaceFromReferenceCollapses", u"a&#32; &#32;b", u"a b"},
+    {"VerticalTabIsText", u"a\v\vb", u"a\v\vb"},
+    {"LongRunsOfText", u"the quick brown fox jumps  over the lazy dog \n and on",
+     u"the quick brown fox jumps over the lazy dog and on"},
+    {"Pre", u"<pre>\n a\n  b\n</pre>c", u" a\n  b\nc"},
+    {"PreWithCarriageReturns", u"<pre>\r\na\r\nb\rc</pre>", u"a\nb\nc"},
+    {"PreLine", u"<div style='white-space:pre-line'>a   b\n c</div>", u"a b\nc"},
+    {"PreWrapOnSpan", u"a <span style=\"white-space: pre-wrap\">  b  </span> c", u"a   b   c"},
+    {"NullIsDropped", {u"a\0b", 3}, u"ab"},
+    // Lines and blocks.
+    {"Break", u"a<br>b<br/>c</br>d", u"a\nb\nc\nd"},
+    {"BreakDropsSpaces", u"a <br> b", u"a\nb"},
+    {"Divs", u"<div>a</div><div>b</div>c", u"a\nb\nc"},
+    {"NestedDivs", u"<div><div><div>a</div></div></div><div>b</div>", u"a\nb"},
+    {"Paragraphs", u"<p>a</p><p>b</p>", u"a\n\nb"},
+    {"ParagraphsWithoutEnds", u"<p>a<p>b<div>c", u"a\n\nb\n\nc"},
+    {"EmptyParagraphs", u"<p>a</p><p></p><p> </p><p>b</p>", u"a\n\nb"},
+    {"ParagraphsWithoutMargin", u"<p style='margin:0'>a</p><p style='margin:0cm 0cm 0pt'>b</p>c",
+     u"a\nb\nc"},
+    {"ParagraphsWithoutMarginByRule",
+     u"<style>p.MsoNormal, li.MsoNormal {margin:0cm; margin-bottom:.0001pt}</style>"
+     u"<p class=MsoNormal>a</p><p class=MsoNormal>b</p>",
+     u"a\n\nb"},
+    {"BlankLineByBreak", u"<div>a</div><div><br></div><div>b</div>", u"a\n\nb"},
+    {"BreakAtTheEndOfABlock", u"<div>a<br></div>b", u"a\nb"},
+    {"ParagraphEndWithoutStart", u"a</p>b", u"a\n\nb"},
+    {"Headings", u"<h1>a</h1>b<h2>c<h3>d</h2>e", u"a\nb\nc\nd\ne"},
+    {"Rule", u"a<hr>b", u"a\nb"},
+    {"DisplayBlockOnALink", u"a<a style='display:block'>b</a>c", u"a\nb\nc"},
+    {"DisplayInlineOnADiv", u"a<div style='display:inline'>b</div>c", u"abc"},
+    {"Options", u"<select><option>a<option>b</select>", u"a\nb"},
+    // Implied ends.
+    {"ItemEndsItem", u"<ul><li>a<li>b</ul>c", u"\u2022\ta\n\u2022\tb\nc"},
+    {"DefinitionList", u"<dl><dt>a<dd>b<dt>c<dd>d</dl>", u"a\nb\nc\nd"},
+    {"ItemThroughADiv", u"<ul><li><div>a<li>b</ul>", u"\u2022\ta\n\u2022\tb"},
+    {"StrayEndTags", u"a</div></b></td></ul>b", u"ab"},
+    {"EndTagThroughInline", u"<div>a<span>b</div>c</span>d", u"ab\ncd"},
+    {"SpanEndDoesNotCloseBlocks", u"<span><div>a</span>b</div>c", u"ab\nc"},
+    // Lists.
+    {"OrderedList", u"<ol start=3><li>a<li value=9>b<li>c</ol>", u"3.\ta\n9.\tb\n10.\tc"},
+    {"LettersAndRoman", u"<ol type=a><li>x</ol><ol type=I start=4><li>x</ol>", u"a.\tx\nIV.\tx"},
+    {"NestedLists", u"<ul><li>a<ul><li>b<ul><li>c</ul></ul><li>d</ul>",
+     u"\u2022\ta\n\u25E6\tb\n\u25AA\tc\n\u2022\td"},
+    {"ListWithoutMarkers", u"<ul style='list-style:none'><li>a<li>b</ul>", u"a\nb"},
+    {"ParagraphInItem", u"<ul><li><p>a</p></li><li>b</li></ul>", u"\u2022\ta\n\n\u2022\tb"},
+    {"EmptyItem", u"<ul><li></li><li>b</li></ul>", u"\u2022\tb"},
+    // Tables.
+    {"Table", u"<table><tr><td>a<td>b<tr><td>c<td>d</table>e", u"a\tb\nc\td\ne"},
+    {"TableOfParagraphs",
+     u"<table><tr><td><p>a</p></td><td><p>b</p></td></tr><tr><td><p>c</p></td></tr></table>",
+     u"a\tb\nc"},
+    {"EmptyCells", u"<table><tr><td></td><td>a</td><td></td><td>b</td><td></td></tr></table>",
+     u"\ta\t\tb"},
+    {"EmptyRows", u"a<table><tr><td></td></tr><tr><td> </td></tr></table>b", u"a\nb"},
+    {"LayoutTableDropsEmptyCells", u"<table role=presentation><tr><td></td><td>a</td></tr></table>",
+     u"a"},
+    {"NestedTables", u"<table><tr><td>a<table><tr><td>b<td>c</table><td>d</table>", u"a\nb\tc\td"},
+    {"Caption", u"<table><caption>t</caption><tr><td>a</table>", u"t\na"},
+    {"StrayTextStandsInFront", u"x<table>a<tr>b<td>c</table>d", u"xab\nc\nd"},
+    {"StrayElementStandsInFront", u"<p>x<table><div>a</div><tr><td>c</table>", u"x\n\na\nc"},
+    {"StraySpaceIsNothing", u"<table> <tr> <td>a</td> </tr> </table>", u"a"},
+    {"CellsWithoutTable", u"<tr><td>a</td><td>b</td></tr>", u"ab"},
+    {"CellEndsInlineElements", u"<table><tr><td><span>a</td><td>b</span>c</table>d", u"a\tbc\nd"},
+    {"TableInParagraph", u"<p>a<table><tr><td>b</table>c", u"a\n\nb\nc"},
+    // What is not shown.
+    {"HeadAndScripts",
+     u"<html><head><title>t</title><style>b{}</style></head><body><script>s</script>a", u"a"},
+    {"CommentsAreNothing", u"a<!-- b -->c", u"ac"},
+    {"ConditionalCommentIsHidden", u"a<!--[if mso]>b<![endif]-->c", u"ac"},
+    {"RevealedConditionalIsShown", u"a<![if !mso]>b<![endif]>c", u"abc"},
+    {"NotOfficeIsShown", u"a<!--[if !mso]><!-->b<!--<![endif]-->c", u"abc"},
+    {"DisplayNone", u"a<div style=\"display:none;\">b<p>c</p></div>d", u"ad"},
+    {"DisplayNoneImportant", u"<div style='display:none !important;display:block'>b</div>d", u"d"},
+    {"DisplayNoneWithReference", u"<div style='display&#58;none'>b</div>d", u"d"},
+    {"DisplayNoneByClass", u"<style>.pre, .x{display:none}</style><p class='q pre'>a</p>b", u"b"},
+    {"DisplayNoneByElementAndClass",
+     u"<style>div.h{display:none}</style><p class=h>a</p><div class=h>b</div>", u"a"},
+    {"DisplayNoneByIdentifier", u"<style>#h{display:none}</style><p id=h>a</p>b", u"b"},
+    {"InlineBeatsRule", u"<style>p{display:none}</style><p style='display:block'>a</p>", u"a"},
+    {"ImportantRuleBeatsInline",
+     u"<style>p{display:none!important}</style><p style='display:block'>a</p>b", u"b"},
+    {"MediaRules",
+     u"<style>@media print{p{display:none}}@media only screen and (max-width:600px)"
+     u"{div{display:none}}@media screen{b{display:none}}</style><p>a</p><div>c</div><b>d</b>",
+     u"a\n\nc"},
+    {"OtherSelectorsAreNothing", u"<style>td p{display:none}a:hover{display:none}</style><p>a",
+     u"a"},
+    {"HiddenAttribute", u"<p hidden>a</p>b", u"b"},
+    {"VisibilityHidden", u"<span style='visibility:hidden'>a</span>b", u"b"},
+    {"NoHeight", u"<div style='max-height:0px;overflow:hidden'>a</div>b", u"b"},
+    {"NoOpacity", u"<div style='opacity:0'>a</div>b", u"b"},
+    {"TemplateAndNoscript", u"<template>a</template><noscript>b</noscript>", u"b"},
+    {"Frames", u"<iframe>a</iframe><noframes>b</noframes>c", u"c"},
+    {"HiddenFormatting", u"<b style='display:none'>a<b>b</b>c</b>d", u"d"},
+    {"HiddenFormattingComesBack", u"<p><i style='display:none'>a</p><p>b</i>c", u"c"},
+    // Foreign content.
+    {"SVGText", u"a<svg><title>t</title><text>b</text></svg>c", u"abc"},
+    {"SVGEndsAtHTML", u"<svg><g><p>a</p><b>b", u"a\n\nb"},
+    {"SVGCells", u"<svg><td>a</td><tr>b</svg>c", u"abc"},
+    {"ForeignObject", u"<svg><foreignObject><div>a</div></foreignObject></svg>b", u"a\nb"},
+    {"CDataInSVG", u"<svg><text><![CDATA[a<b]]></text></svg>", u"a<b"},
+    {"Math", u"<math><mi>x</mi><mo>=</mo><mn>1</mn></math>", u"x=1"},
+    // References.
+    {"References", u"&lt;b&gt; &amp; &euro;&#8211;", u"<b> & \u20AC\u2013"},
+    {"Empty", u"", u""},
+};
+
+class PlainTextFromHTML : public testing::TestWithParam<Row> {};
+TEST_P(PlainTextFromHTML, Gives) {
+  EXPECT_EQ(plainTextFromHTML(NSString(GetParam().in)), NSString(GetParam().out));
+}
+INSTANTIATE_TEST_SUITE_P(Rows, PlainTextFromHTML, testing::ValuesIn(kRows),
+                         [](const auto& row) { return std::string(row.param.name); });
+
+TEST(PlainTextFromHTML, NilStaysNil) {
+  EXPECT_FALSE(plainTextFromHTML(NSString()));
+  EXPECT_FALSE(plainTextFromHTML(NSData()));
+}
+
+TEST(PlainTextFromHTML, BytesAreUTF8) {
+  EXPECT_EQ(plainTextFromHTML(NSData(std::string_view("\xEF\xBB\xBF<p>\xC3\xA9\xFF"))),
+            NSString(u"\u00E9\uFFFD"));
+}
+
+struct Nesting {
+  const char* name;
+  std::u16string_view open, inside, close;
+};
+constexpr Nesting kNestings[] = {
+    {"Divs", u"<div>", u"x", u"</div>"},
+    {"Formatting", u"<b><i>", u"x", u"</b></i>"},
+    {"FormattingWithStyle", u"<font style='white-space:pre'><p>", u"x", u"</font>"},
+    {"Tables", u"<table><tr><td>", u"x", u"</table>"},
+    {"TablesWithStrays", u"<table>a<b>", u"x", u"</b></table>"},
+    {"Lists", u"<ul><li>", u"x", u"</ul>"},
+    {"SVG", u"<svg><g>", u"x", u"</q>"},
+    {"UnknownNames", u"<x-y>", u"x", u"</x-z>"},
+    {"SpansAcrossBlocks", u"<span><div><i style='display:inline'>", u"x", u"</span>"},
+    {"Paragraphs", u"<p><a style='margin:0'>", u"x", u"</div>"},
+};
+class HostileNesting : public testing::TestWithParam<Nesting> {};
+TEST_P(HostileNesting, IsLinear) {
+  std::u16string html;
+  for (int i = 0; i < 100'000; ++i) html += GetParam().open;
+  html += GetParam().inside;
+  for (int i = 0; i < 100'000; ++i) html += GetParam().close;
+  EXPECT_NE(plainTextFromHTML(NSString(html)).view().find(u'x'), std::u16string_view::npos);
+}
+INSTANTIATE_TEST_SUITE_P(Rows, HostileNesting, testing::ValuesIn(kNestings),
+                         [](const auto& row) { return std::string(row.param.name); });
+
+}  // namespace
+}  // namespace kelspar
