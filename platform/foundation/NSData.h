@@ -12,6 +12,23 @@
 
 namespace kelspar {
 
+namespace detail {
+
+// What an NSData holds; derived contents keep the bytes alive.
+class DataContents : public NSObject {
+ public:
+  explicit DataContents(std::span<const uint8_t> bytes) : bytes_(bytes) {}
+  const NSKind& kind() const override;
+  bool isEqual(const NSObject& other) const override;
+  NSString description() const override;
+  [[nodiscard]] std::span<const uint8_t> bytes() const { return bytes_; }
+
+ private:
+  std::span<const uint8_t> bytes_;
+};
+
+}  // namespace detail
+
 class NSData : public id {
  public:
   static const NSKind kKind;
@@ -35,7 +52,10 @@ class NSData : public id {
   [[nodiscard]] const uint8_t* bytes() const noexcept { return span().data(); }
   [[nodiscard]] size_t length() const noexcept { return span().size(); }
   [[nodiscard]] bool isEmpty() const noexcept { return length() == 0; }
-  [[nodiscard]] std::span<const uint8_t> span() const noexcept;
+  [[nodiscard]] std::span<const uint8_t> span() const noexcept {
+    return contents() ? static_cast<const detail::DataContents*>(contents())->bytes()
+                      : std::span<const uint8_t>();
+  }
   [[nodiscard]] std::string_view chars() const noexcept {
     return {reinterpret_cast<const char*>(bytes()), length()};
   }

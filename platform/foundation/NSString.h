@@ -13,6 +13,23 @@
 
 namespace kelspar {
 
+namespace detail {
+
+// What an NSString holds; derived contents own the units.
+class StringContents : public NSObject {
+ public:
+  explicit StringContents(std::u16string_view units) : units_(units) {}
+  const NSKind& kind() const override;
+  bool isEqual(const NSObject& other) const override;
+  NSString description() const override;
+  [[nodiscard]] std::u16string_view units() const { return units_; }
+
+ protected:
+  std::u16string_view units_;
+};
+
+}  // namespace detail
+
 class NSString : public id {
  public:
   static const NSKind kKind;
@@ -50,7 +67,10 @@ class NSString : public id {
   [[nodiscard]] size_t length() const noexcept { return view().size(); }
   [[nodiscard]] bool isEmpty() const noexcept { return length() == 0; }
   // The units; an empty view for nil. Valid as long as some handle keeps the contents.
-  [[nodiscard]] std::u16string_view view() const noexcept;
+  [[nodiscard]] std::u16string_view view() const noexcept {
+    return contents() ? static_cast<const detail::StringContents*>(contents())->units()
+                      : std::u16string_view();
+  }
   operator std::u16string_view() const noexcept { return view(); }
   // Raises NSRangeException behind the end.
   [[nodiscard]] char16_t characterAtIndex(size_t index) const;

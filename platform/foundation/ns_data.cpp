@@ -14,20 +14,7 @@ const NSKind NSData::kKind{"NSData"};
 
 namespace {
 
-class DataContents : public NSObject {
- public:
-  explicit DataContents(std::span<const uint8_t> bytes) : bytes_(bytes) {}
-  const NSKind& kind() const override { return NSData::kKind; }
-  bool isEqual(const NSObject& other) const override {
-    return &other.kind() == &NSData::kKind &&
-           std::ranges::equal(bytes_, static_cast<const DataContents&>(other).bytes_);
-  }
-  NSString description() const override;
-  std::span<const uint8_t> bytes() const { return bytes_; }
-
- private:
-  std::span<const uint8_t> bytes_;
-};
+using detail::DataContents;
 
 // Bytes of a buffer that is destroyed with the contents. `Owner` moves without moving its bytes.
 template <class Owner>
@@ -51,8 +38,17 @@ struct Free {
 };
 using MallocBytes = std::unique_ptr<uint8_t, Free>;
 
+}  // namespace
+
+const NSKind& detail::DataContents::kind() const { return NSData::kKind; }
+
+bool detail::DataContents::isEqual(const NSObject& other) const {
+  return &other.kind() == &NSData::kKind &&
+         std::ranges::equal(bytes_, static_cast<const DataContents&>(other).bytes_);
+}
+
 // Long data shows its ends only.
-NSString DataContents::description() const {
+NSString detail::DataContents::description() const {
   constexpr size_t kShown = 24;
   std::string text = "{length = " + std::to_string(bytes_.size()) + ", bytes = 0x";
   const auto hex = [&text](std::span<const uint8_t> bytes) {
@@ -70,8 +66,6 @@ NSString DataContents::description() const {
   }
   return NSString(text + "}");
 }
-
-}  // namespace
 
 NSData::NSData(const void* bytes, size_t length) {
   if (length == 0) {
@@ -106,11 +100,6 @@ NSData NSData::adoptingMalloc(uint8_t* bytes, size_t length) {
 
 NSData NSData::fromStatic(std::span<const uint8_t> bytes) {
   return NSData(new DataContents(bytes));
-}
-
-std::span<const uint8_t> NSData::span() const noexcept {
-  return contents() ? static_cast<const DataContents*>(contents())->bytes()
-                    : std::span<const uint8_t>();
 }
 
 NSData NSData::subdata(size_t from, size_t length) const {

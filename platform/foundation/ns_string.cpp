@@ -16,20 +16,7 @@ const NSKind NSString::kKind{"NSString"};
 
 namespace {
 
-class StringContents : public NSObject {
- public:
-  explicit StringContents(std::u16string_view units) : units_(units) {}
-  const NSKind& kind() const override { return NSString::kKind; }
-  bool isEqual(const NSObject& other) const override {
-    return &other.kind() == &NSString::kKind &&
-           static_cast<const StringContents&>(other).units_ == units_;
-  }
-  NSString description() const override;
-  std::u16string_view units() const { return units_; }
-
- protected:
-  std::u16string_view units_;
-};
+using detail::StringContents;
 
 // The units stand right behind the object.
 class InlineContents final : public StringContents {
@@ -64,7 +51,14 @@ const NSString& emptyText() {
 
 }  // namespace
 
-NSString StringContents::description() const { return id(this).as<NSString>(); }
+const NSKind& detail::StringContents::kind() const { return NSString::kKind; }
+
+bool detail::StringContents::isEqual(const NSObject& other) const {
+  return &other.kind() == &NSString::kKind &&
+         static_cast<const StringContents&>(other).units_ == units_;
+}
+
+NSString detail::StringContents::description() const { return id(this).as<NSString>(); }
 
 NSString NSString::uninitialized(size_t length, char16_t** units) {
   if (length == 0) return emptyText();
@@ -104,11 +98,6 @@ NSString NSString::fromUTF8(std::string_view bytes) {
 
 NSString NSString::fromStatic(std::u16string_view units) {
   return NSString(new StringContents(units));
-}
-
-std::u16string_view NSString::view() const noexcept {
-  return contents() ? static_cast<const StringContents*>(contents())->units()
-                    : std::u16string_view();
 }
 
 char16_t NSString::characterAtIndex(size_t index) const {

@@ -10,6 +10,7 @@
 //   NSMutableString&   a receiver that changes; NSMutableArray& an array that changes
 #pragma once
 
+#include <algorithm>
 #include <cmath>
 #include <concepts>
 #include <cstdlib>
@@ -161,6 +162,7 @@ concept ByteType =
     std::same_as<std::remove_const_t<T>, uint8_t> || std::same_as < std::remove_const_t<T>,
 char > ;
 
+// Given as the number, or as the bytes of memory that begins with it; comes back in the same form.
 template <class T>
 requires(std::is_arithmetic_v<T> && !ByteType<T>) class Argument<T*> : public ArgumentSlot {
  public:
@@ -168,9 +170,20 @@ requires(std::is_arithmetic_v<T> && !ByteType<T>) class Argument<T*> : public Ar
   static constexpr bool kGivesBack = true;
   bool load(const id& value) override {
     isNull_ = isNilValue(value);
-    return isNull_ || numberFits(value, &value_);
+    memory_ = value.as<NSData>();
+    if (!memory_.isEmpty()) {
+      std::memcpy(&value_, memory_.bytes(), std::min(sizeof value_, memory_.length()));
+    }
+    return isNull_ || memory_ || numberFits(value, &value_);
   }
-  id after() const override { return isNull_ ? id() : boxed(value_); }
+  id after() const override {
+    if (isNull_) return nil;
+    if (!memory_) return boxed(value_);
+    std::string bytes(memory_.chars());
+    bytes.resize(std::max(bytes.size(), sizeof value_));
+    std::memcpy(bytes.data(), &value_, sizeof value_);
+    return NSData(std::move(bytes));
+  }
   uint64_t number() const override { return static_cast<uint64_t>(value_); }
   bool isNull() const override { return isNull_; }
   T* pass() { return isNull_ ? nullptr : &value_; }
@@ -178,6 +191,7 @@ requires(std::is_arithmetic_v<T> && !ByteType<T>) class Argument<T*> : public Ar
  private:
   bool isNull_ = true;
   T value_{};
+  NSData memory_;
 };
 
 // A private copy of the bytes, with zeros behind it: they end 8-bit strings, and an operation that
