@@ -13,22 +13,30 @@ namespace kelspar {
 namespace {
 
 // The first position at or behind `from` where the needle's first and last units stand.
-size_t findEnds(std::u16string_view needle, std::u16string_view text, size_t from) {
+template <class Char>
+size_t findEnds(std::basic_string_view<Char> needle, std::basic_string_view<Char> text,
+                size_t from) {
   if (text.size() < needle.size()) return text.size();
   const size_t behind = text.size() - needle.size() + 1, reach = needle.size() - 1;
-  const char16_t first = needle.front(), last = needle.back();
+  const Char first = needle.front(), last = needle.back();
   size_t at = from;
 #if defined(__SSE2__)
-  const __m128i firsts = _mm_set1_epi16(static_cast<int16_t>(first));
-  const __m128i lasts = _mm_set1_epi16(static_cast<int16_t>(last));
-  for (; at + 8 <= behind; at += 8) {
+  constexpr size_t kBlock = 16 / sizeof(Char);
+  const auto spread = [](Char c) {
+    return sizeof(Char) == 1 ? _mm_set1_epi8(static_cast<char>(c))
+                             : _mm_set1_epi16(static_cast<int16_t>(c));
+  };
+  const auto equal = [](__m128i a, __m128i b) {
+    return sizeof(Char) == 1 ? _mm_cmpeq_epi8(a, b) : _mm_cmpeq_epi16(a, b);
+  };
+  const __m128i firsts = spread(first), lasts = spread(last);
+  for (; at + kBlock <= behind; at += kBlock) {
     const auto load = [&](size_t position) {
       return _mm_loadu_si128(reinterpret_cast<const __m128i*>(text.data() + position));
     };
-    const __m128i hits =
-        _mm_and_si128(_mm_cmpeq_epi16(load(at), firsts), _mm_cmpeq_epi16(load(at + reach), lasts));
+    const __m128i hits = _mm_and_si128(equal(load(at), firsts), equal(load(at + reach), lasts));
     if (const int mask = _mm_movemask_epi8(hits)) {
-      return at + static_cast<size_t>(__builtin_ctz(mask)) / 2;
+      return at + static_cast<size_t>(__builtin_ctz(mask)) / sizeof(Char);
     }
   }
 #endif
@@ -40,12 +48,14 @@ size_t findEnds(std::u16string_view needle, std::u16string_view text, size_t fro
 
 }  // namespace
 
-size_t TextSearch::next() {
+template <class Char>
+size_t BasicTextSearch<Char>::next() {
   if (needle_.empty() || needle_.size() > text_.size()) return npos;
   return borders_.empty() ? nextByComparing() : nextByAutomaton();
 }
 
-size_t TextSearch::nextByComparing() {
+template <class Char>
+size_t BasicTextSearch<Char>::nextByComparing() {
   while (at_ < text_.size()) {
     if (compared_ > 8 * at_ + 4096 && needle_.size() > 8) {
       buildAutomaton();
@@ -54,7 +64,7 @@ size_t TextSearch::nextByComparing() {
     const size_t candidate = findEnds(needle_, text_, at_);
     if (candidate >= text_.size()) break;
     compared_ += needle_.size();
-    const size_t bytes = needle_.size() * sizeof(char16_t);
+    const size_t bytes = needle_.size() * sizeof(Char);
     const bool found = std::memcmp(text_.data() + candidate, needle_.data(), bytes) == 0;
     at_ = candidate + (found ? step_ : 1);
     if (found) return candidate;
@@ -63,7 +73,8 @@ size_t TextSearch::nextByComparing() {
   return npos;
 }
 
-void TextSearch::buildAutomaton() {
+template <class Char>
+void BasicTextSearch<Char>::buildAutomaton() {
   borders_.assign(needle_.size(), 0);
   for (size_t i = 1, border = 0; i < needle_.size(); ++i) {
     while (border > 0 && needle_[i] != needle_[border]) border = borders_[border - 1];
@@ -72,9 +83,10 @@ void TextSearch::buildAutomaton() {
   }
 }
 
-size_t TextSearch::nextByAutomaton() {
+template <class Char>
+size_t BasicTextSearch<Char>::nextByAutomaton() {
   while (at_ < text_.size()) {
-    const char16_t unit = text_[at_++];
+    const Char unit = text_[at_++];
     while (matched_ > 0 && unit != needle_[matched_]) matched_ = borders_[matched_ - 1];
     if (unit == needle_[matched_]) ++matched_;
     if (matched_ == needle_.size()) {
@@ -84,6 +96,9 @@ size_t TextSearch::nextByAutomaton() {
   }
   return npos;
 }
+
+template class BasicTextSearch<char16_t>;
+template class BasicTextSearch<char>;
 
 size_t findText(std::u16string_view needle, std::u16string_view text, size_t from) {
   if (from > text.size()) return TextSearch::npos;

@@ -51,6 +51,19 @@ TEST(TextSearch, AutomatonIsThePlainSearch) {
   }
 }
 
+TEST(TextSearch, BytesAreSearchedAsUnitsAre) {
+  std::mt19937 random(9);
+  for (int round = 0; round < 2000; ++round) {
+    std::string text(random() % 5000, 'a'), needle(1 + random() % 30, 'a');
+    for (char& byte : text) byte += random() % 30 == 0;
+    needle[random() % needle.size()] += random() % 2;
+    BasicTextSearch<char> bytes(needle, text);
+    const std::u16string wideText(text.begin(), text.end()), wide(needle.begin(), needle.end());
+    for (const size_t at : all(wide, wideText, TextSearch::separate)) ASSERT_EQ(bytes.next(), at);
+    ASSERT_EQ(bytes.next(), BasicTextSearch<char>::npos) << "round " << round;
+  }
+}
+
 TEST(TextSearch, HostileTextsAreLinear) {
   const std::u16string text(1'000'000, u'a');
   std::u16string needle(50'000, u'a');
