@@ -1,5 +1,5 @@
 // Rich-text bodies as message stores keep them: compressed RTF decoded, encapsulated HTML taken
-// out.
+// out, colours of that HTML brought into the RTF.
 #pragma once
 
 #include "platform/foundation/foundation.h"
@@ -58,6 +58,33 @@ class RTFKelspar {
 
   // The same for data that `isEncapsulatedHTML`, otherwise nil.
   [[nodiscard]] static NSString extractHTMLIfEncapsulated(const NSData& rtf);
+
+  // Colours of encapsulated HTML
+
+  // Adds to `blocks`, ColourBlocks as `buildColourBlockArray` gives them, one for each colour that
+  // the `lines` (texts) have in their first span start tags and no block has yet as its
+  // "HTMLColour": {"Index": its position, "HTMLColour": the colour as written, "RTFColour": its
+  // `convertToRTFColour`}. Spellings count: "Red" and "red" are two. Linear.
+  static void generateRTFColourBlockArray(NSMutableArray& blocks, const NSArray& lines);
+
+  // The colour-table group of these ColourBlocks, in their order: "{\colortbl;\red255...;}". Empty
+  // for none.
+  [[nodiscard]] static NSString generateRTFColourBlockFromArray(const NSArray& blocks);
+
+  // Makes span colours show: each line of the RTF (not compressed) that holds "htmltag148" and a
+  // span with a colour gets a reference " \cf2 " behind its first "\htmlrtf0", and the colour table
+  // an entry for each colour. Without a table none is written. UTF-8; read as `rtfStringFromData`
+  // reads it. nil for nil. Linear, whatever the text.
+  //
+  // Deliberate: the reference goes before every occurrence, in that line, of the text that follows
+  // "\htmlrtf0"; where nothing follows, the line stays. A table without entries, where no colour is
+  // added, is taken out.
+  //
+  //   generateRTFColourTagsFromEmbeddedHTMLInRTF(rtf)
+  //   // {\colortbl;}                            {\colortbl;\red0\green0\blue255;}
+  //   // {\*\htmltag148 <span style="color:     {\*\htmltag148 <span style="color:
+  //   //  blue">}\htmlrtf {\htmlrtf0 sky   ->    blue">}\htmlrtf {\htmlrtf0 \cf1  sky
+  [[nodiscard]] static NSData generateRTFColourTagsFromEmbeddedHTMLInRTF(const NSData& rtf);
 };
 
 }  // namespace kelspar

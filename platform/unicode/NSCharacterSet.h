@@ -35,4 +35,8 @@ class NSCharacterSet : public id {
 // for nil.
 [[nodiscard]] NSString stringByTrimming(const NSString& text, const NSCharacterSet& set);
 
+// Whether a code point is a decimal digit of some script (category Nd). Unlike the sets, it knows
+// those beyond U+FFFF.
+[[nodiscard]] bool isDecimalDigit(char32_t codePoint) noexcept;
+
 }  // namespace kelspar

@@ -91,4 +91,8 @@ NSString stringByTrimming(const NSString& text, const NSCharacterSet& set) {
   return text ? text.substring(from, to - from) : nil;
 }
 
+bool isDecimalDigit(char32_t codePoint) noexcept {
+  return u_charType(static_cast<UChar32>(codePoint)) == U_DECIMAL_DIGIT_NUMBER;
+}
+
 }  // namespace kelspar
