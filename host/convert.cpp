@@ -20,7 +20,28 @@ bool looksLikeRTF(const NSData& bytes) {
   return static_cast<bool>(RTFData::stringFromRTFData(bytes));
 }
 
-// The RTF of the input, decoded where it is compressed.
+// Lines inside paragraphs are lines in a text file as well.
+std::string plainLines(const NSString& text) {
+  NSMutableString lines{text.view()};
+  lines.replaceOccurrences(u"\u2028", u"\n");
+  std::string utf8 = std::move(lines).copy().utf8();
+  if (!utf8.empty() && utf8.back() != '\n') utf8 += '\n';
+  return utf8;
+}
+
+std::string converted(const NSData& rtf, const ConvertOptions& options, const std::string& name) {
+  if (options.colours) {
+    return std::string(RTFKelspar::generateRTFColourTagsFromEmbeddedHTMLInRTF(rtf).chars());
+  }
+  if (options.to == "rtf") return std::string(rtf.chars());
+  if (options.to == "text") return plainLines(RTFData::stringFromRTFData(rtf));
+  const NSString html = MailKelspar::htmlFromEncapsulatedRTF(rtf);
+  if (!html) throw Failure(kInputFailed, name + ": its RTF encapsulates no HTML");
+  return MailKelspar::htmlDeclaringUTF8(html).utf8();
+}
+
+}  // namespace
+
 NSData rtfOf(const NSData& input, const std::string& name) {
   if (input.isEmpty()) throw Failure(kInputFailed, name + ": is empty");
   if (!isCompressedRTF(input)) {
@@ -35,29 +56,13 @@ NSData rtfOf(const NSData& input, const std::string& name) {
   return rtf;
 }
 
-// Lines inside paragraphs are lines in a text file as well.
-std::string plainLines(const NSString& text) {
-  NSMutableString lines{text.view()};
-  lines.replaceOccurrences(u"\u2028", u"\n");
-  std::string utf8 = std::move(lines).copy().utf8();
-  if (!utf8.empty() && utf8.back() != '\n') utf8 += '\n';
-  return utf8;
-}
-
-std::string converted(const NSData& rtf, const std::string& to, const std::string& name) {
-  if (to == "rtf") return std::string(rtf.chars());
-  if (to == "text") return plainLines(RTFData::stringFromRTFData(rtf));
-  const NSString html = MailKelspar::htmlFromEncapsulatedRTF(rtf);
-  if (!html) throw Failure(kInputFailed, name + ": its RTF encapsulates no HTML");
-  return MailKelspar::htmlDeclaringUTF8(html).utf8();
-}
-
-}  // namespace
-
 void convert(const ConvertOptions& options) {
+  if (options.colours && options.to != "rtf") {
+    throw Failure(kUsage, "--colours needs --to rtf");
+  }
   const std::string name = inputName(options.input);
   const NSData rtf = rtfOf(readInput(options.input), name);
-  writeOutput(options.output, converted(rtf, options.to, name));
+  writeOutput(options.output, converted(rtf, options, name));
 }
 
 }  // namespace kelspar::host

@@ -1,9 +1,11 @@
 // kelspar: the command line. Each subcommand is a file of its own; here are its options and errors.
 #include <CLI/CLI.hpp>
+#include <algorithm>
 #include <csignal>
 #include <iostream>
 
 #include "host/call.h"
+#include "host/colours.h"
 #include "host/convert.h"
 #include "host/files.h"
 
@@ -23,7 +25,18 @@ void addConvert(CLI::App& app, ConvertOptions& options) {
       ->check(CLI::IsMember({"rtf", "html", "text"}))
       ->capture_default_str();
   command->add_option("-o,--output", options.output, "File to write, instead of standard output");
+  command->add_flag("--colours", options.colours,
+                    "With --to rtf: show the colours of HTML spans by RTF's own means");
   command->callback([&options] { convert(options); });
+}
+
+void addColours(CLI::App& app, ColoursOptions& options) {
+  CLI::App* command = app.add_subcommand(
+      "colours",
+      "List a stored body's colour table and the colours of its HTML spans with their "
+      "lines, from 1");
+  command->add_option("INPUT", options.input, "File to read, \"-\" for standard input")->required();
+  command->callback([&options] { colours(options); });
 }
 
 void addCall(CLI::App& app, CallOptions& options) {
@@ -37,6 +50,19 @@ void addCall(CLI::App& app, CallOptions& options) {
   command->callback([&options] { call(options); });
 }
 
+// CLI11 takes an argument "[a,b]" for a list of its own. A blank before the bracket, which JSON
+// does not mind, keeps an array whole. The parser wants the arguments from the last to the first.
+std::vector<std::string> argumentsOf(int argc, char** argv) {
+  std::vector<std::string> arguments(argv + 1, argv + argc);
+  if (!arguments.empty() && arguments.front() == "call") {
+    for (std::string& argument : arguments) {
+      if (argument.starts_with('[')) argument.insert(0, 1, ' ');
+    }
+  }
+  std::ranges::reverse(arguments);
+  return arguments;
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -46,11 +72,13 @@ int main(int argc, char** argv) {
   app.require_subcommand(1);
   app.footer(kFooter);
   ConvertOptions convertOptions;
+  ColoursOptions coloursOptions;
   CallOptions callOptions;
   addConvert(app, convertOptions);
+  addColours(app, coloursOptions);
   addCall(app, callOptions);
   try {
-    app.parse(argc, argv);
+    app.parse(argumentsOf(argc, argv));
     return 0;
   } catch (const CLI::Success& help) {
     return app.exit(help);

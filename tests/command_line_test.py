@@ -71,6 +71,35 @@ class CommandLine(unittest.TestCase):
             self.assertEqual(message.count('\n'), 1 + message.count('ERROR'))
             self.assertFalse(out.exists())
 
+    def test_colours_with_their_lines(self):
+        result = run('colours', SOURCE / 'samples' / 'colours.rtf')
+        self.assertEqual(result.returncode, 0, result.stderr)
+        self.assertEqual([line.split() for line in result.stdout.decode().splitlines()], [
+            ['0', 'automatic', 'table'],
+            ['1', '#000000', 'table'],
+            ['2', '#1F497D', '#1F497D', 'lines', '8,', '17'],
+            ['3', '#C00000', 'rgb(192,0,0)', 'line', '11'],
+            ['4', '#008000', 'green', 'line', '14'],
+            ['5', '#FFA500', 'orange', 'line', '20']])
+
+    def test_colours_print_nothing_that_a_terminal_obeys(self):
+        body = b'{\\rtf1 htmltag148 <span color:\x1b[31mred>}\nhtmltag148 <span color:brown>}'
+        output = run('colours', '-', stdin=body).stdout
+        self.assertEqual(output.decode().split(), ['0', '#000000', '?[31mred', '(not', 'known)', 'line', '1',
+                                                   '1', '#000000', 'brown', '(not', 'known)', 'line', '2'])
+
+    def test_rtf_with_its_colours(self):
+        rtf = run('convert', SOURCE / 'samples' / 'colours.rtf', '--to', 'rtf', '--colours').stdout
+        self.assertIn(b'\\red192\\green0\\blue0;\\red0\\green128\\blue0;', rtf)
+        self.assertIn(b'\\htmlrtf0 \\cf4  Green by its name', rtf)
+        self.assert_fails(run('convert', self.sample, '--colours'), 2, '--to rtf')
+
+    def test_arrays_as_arguments(self):
+        result = run('call', 'generateRTFColourBlockArray:fromLineArray:', '--class', 'RTFKelspar',
+                     '[{"Index":0,"RTFColour":""}]', '["<span color:red>","<span color:red>"]')
+        blocks = json.loads(result.stdout)['out'][0]
+        self.assertEqual([block['RTFColour'] for block in blocks], ['', '\\red255\\green0\\blue0'])
+
     def test_missing_input(self):
         self.assert_fails(run('convert', self.path / 'none'), 1, 'none', 'No such file')
 
