@@ -48,6 +48,7 @@ struct NSTextList {
 struct NSTextTableCell {
   uint32_t table = 0;
   uint16_t row = 0, column = 0;
+  // A rowSpan of 0: a neighbour that spans over this place covers it; such a cell is empty.
   uint16_t rowSpan = 1, columnSpan = 1;
   uint16_t columns = 1;  // of the whole table
   double width = 0;      // 0: by content

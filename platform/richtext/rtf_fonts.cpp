@@ -13,7 +13,7 @@ struct Charset {
   int page;
 };
 
-// 2 (Symbol) is read as 1252 here: its bytes name glyphs, not characters.
+// 2 (symbols): 1252 counts only for fonts whose glyphs are not known.
 constexpr Charset kCharsets[] = {
     {0, 1252},   {2, 1252},   {77, 10000}, {78, 10001}, {79, 10003}, {80, 10008}, {81, 10002},
     {83, 10005}, {84, 10004}, {85, 10006}, {86, 10081}, {87, 10021}, {88, 10029}, {89, 10007},
@@ -30,19 +30,54 @@ int codePageOfCharset(int charset) {
   return row != std::end(kCharsets) && row->charset == charset ? row->page : 0;
 }
 
-void RTFFontTable::setCharset(int font, int charset) {
+RTFFontTable::Font& RTFFontTable::font(int number) {
+  constexpr int kLow = 1024;
+  if (number < 0 || number >= kLow) return high_[number];
+  const auto index = static_cast<size_t>(number);
+  if (index >= low_.size()) low_.resize(index + 1);
+  return low_[index];
+}
+
+const RTFFontTable::Font* RTFFontTable::find(int number) const {
+  if (number >= 0 && static_cast<size_t>(number) < low_.size()) {
+    return &low_[static_cast<size_t>(number)];
+  }
+  const auto found = high_.find(number);
+  return found == high_.end() ? nullptr : &found->second;
+}
+
+void RTFFontTable::setCharset(int number, int charset) {
+  constexpr int kSymbolCharset = 2;
+  Font& described = font(number);
+  described.hasSymbols = charset == kSymbolCharset;
   const int page = codePageOfCharset(charset);
-  if (page && CodePage::known(page)) byCharset_[font] = &CodePage::numbered(page);
+  if (page && CodePage::known(page)) described.byCharset = &CodePage::numbered(page);
 }
 
-void RTFFontTable::setCodePage(int font, int page) {
-  if (CodePage::known(page)) byPage_[font] = &CodePage::numbered(page);
+void RTFFontTable::setCodePage(int number, int page) {
+  if (CodePage::known(page)) font(number).byPage = &CodePage::numbered(page);
 }
 
-const CodePage* RTFFontTable::pageOf(int font) const {
-  if (const auto found = byCharset_.find(font); found != byCharset_.end()) return found->second;
-  const auto found = byPage_.find(font);
-  return found == byPage_.end() ? nullptr : found->second;
+void RTFFontTable::setName(int number, std::u16string_view name) {
+  Font& described = font(number);
+  described.name = NSString(name);
+  described.symbolFont = described.hasSymbols ? symbolFontNamed(name) : RTFSymbolFont::none;
+}
+
+const CodePage* RTFFontTable::pageOf(int number) const {
+  const Font* found = find(number);
+  if (!found) return nullptr;
+  return found->byCharset ? found->byCharset : found->byPage;
+}
+
+RTFSymbolFont RTFFontTable::symbolFontOf(int number) const {
+  const Font* found = find(number);
+  return found ? found->symbolFont : RTFSymbolFont::none;
+}
+
+NSString RTFFontTable::nameOf(int number) const {
+  const Font* found = find(number);
+  return found ? found->name : nil;
 }
 
 }  // namespace kelspar

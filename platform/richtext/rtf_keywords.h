@@ -11,10 +11,11 @@ enum class RTFAction : uint8_t {
   emit,         // `value` is the UTF-16 unit that the word stands for
   skip,         // a destination whose content is not shown
   show,         // a destination whose content is text, also behind "\*"
-  paragraph,    // \par, \sect
+  paragraph,    // \par
+  section,      // \sect: ends a paragraph that has begun
   line,         // \line
-  cell,         // \cell, \nestcell
-  row,          // \row, \nestrow
+  cell,         // \cell; \nestcell, with a `value` of 1
+  row,          // \row; \nestrow, with a `value` of 1
   unicode,      // \u
   skipCount,    // \uc
   font,         // \f
@@ -32,6 +33,118 @@ enum class RTFAction : uint8_t {
   fromHTML,     // \fromhtml
   htmlTag,      // \htmltag
   htmlRTF,      // \htmlrtf
+  richOnly,     // a destination that matters to attributed text alone; `value` is an RTFDestination
+  fieldResult,  // \fldrslt
+  nestedRow,    // \nesttableprops: its words define a row of the nested table
+  format,       // how text looks; `value` is one of RTFFormatWord
+};
+
+// What the reader does with the text of a group.
+enum class RTFDestination : uint8_t {
+  body,
+  fontTable,
+  skipped,
+  // For attributed text alone; plain text skips them.
+  colorTable,
+  styleSheet,
+  listTable,
+  overrideTable,
+  numbering,  // \pn
+  instruction,
+  picture,
+};
+
+// Words that change how text looks, by what they change.
+enum RTFFormatWord : int32_t {
+  // Characters
+  kPlain,
+  kBold,
+  kItalic,
+  kUnderline,
+  kNoUnderline,
+  kStrike,
+  kSuperscript,
+  kSubscript,
+  kNoScript,
+  kRaise,
+  kLower,
+  kSize,
+  kForeground,
+  kBackground,
+  kHighlight,
+  kAssociatedBold,
+  kAssociatedItalic,
+  kAssociatedSize,
+  kFont,
+  kAssociatedFont,
+  kDirection,
+  // Paragraphs
+  kParagraphDefault,
+  kAlignLeft,
+  kAlignRight,
+  kAlignCenter,
+  kAlignJustified,
+  kLeftIndent,
+  kRightIndent,
+  kFirstIndent,
+  kSpaceBefore,
+  kSpaceAfter,
+  kLineSpacing,
+  kLineSpacingMultiple,
+  kTabStop,
+  kTabRight,
+  kTabCenter,
+  kTabDecimal,
+  kRightToLeftParagraph,
+  kLeftToRightParagraph,
+  kOutlineLevel,
+  kStyle,
+  kInTable,
+  kTableLevel,
+  kListOverride,
+  kListLevelOfParagraph,
+  // Rows of tables
+  kRowDefault,
+  kCellEdge,
+  kCellBackground,
+  kCellBorder,
+  kBorderWidth,
+  kBorderNone,
+  kFirstMerged,
+  kMerged,
+  kFirstMergedDown,
+  kMergedDown,
+  // Colours
+  kRed,
+  kGreen,
+  kBlue,
+  // Lists
+  kList,
+  kListLevel,
+  kListId,
+  kNumberFormat,
+  kStartAt,
+  kOverride,
+  kBulletNumbering,
+  kDecimal,
+  kUpperAlpha,
+  kLowerAlpha,
+  kUpperRoman,
+  kLowerRoman,
+  kNumberingStart,
+  // Pictures
+  kPNG,
+  kJPEG,
+  kMetafile,
+  kEnhancedMetafile,
+  kBitmap,
+  kDeviceBitmap,
+  kPictureWidth,
+  kPictureHeight,
+  kWantedWidth,
+  kWantedHeight,
+  kScaleX,
+  kScaleY,
 };
 
 struct RTFKeyword {

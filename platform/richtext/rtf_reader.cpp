@@ -1,13 +1,16 @@
-// The RTF reader: tokens in, characters out.
+// The RTF reader: tokens in, characters out. How the characters look is left to the formatter,
+// which is told of every group and format word when attributed text is wanted.
 #include "platform/richtext/rtf_reader.h"
 
 #include <algorithm>
+#include <memory>
+#include <optional>
 #include <string>
 
 #include "platform/foundation/scan.h"
 #include "platform/foundation/utf8.h"
-#include "platform/richtext/NSAttributedString.h"
 #include "platform/richtext/rtf_fonts.h"
+#include "platform/richtext/rtf_formatter.h"
 #include "platform/richtext/rtf_groups.h"
 #include "platform/richtext/rtf_keywords.h"
 #include "platform/richtext/rtf_tokenizer.h"
@@ -16,12 +19,13 @@ namespace kelspar {
 
 namespace {
 
-enum class Destination : uint8_t { body, fontTable, skipped };
+using Destination = RTFDestination;
 
 // What a group saves and restores.
 struct State {
   Destination destination = Destination::body;
   Destination aroundUpr = Destination::body;  // where \upr stands
+  bool isUpr = false;
   bool hidden = false;
   bool rightToLeft = false;  // \rtlch: the text is in the associated font
   bool htmlRTF = false;      // MS-OXRTFEX: RTF that the HTML does not hold
@@ -30,33 +34,45 @@ struct State {
   int32_t associatedFont = -1;
 };
 
-enum class Purpose : uint8_t { plainText, html };
+enum class Purpose : uint8_t { plainText, attributed, html };
 
 class Reader {
  public:
-  Reader(std::string_view bytes, Purpose purpose) : tokens_(bytes), purpose_(purpose) {}
+  Reader(std::string_view bytes, Purpose purpose) : tokens_(bytes), purpose_(purpose) {
+    if (purpose == Purpose::attributed) rich_ = std::make_unique<RTFFormatter>(&out_, &fonts_);
+  }
 
   NSString run() {
+    readAll();
+    if (purpose_ == Purpose::html && !fromHTML_) return nil;
+    return NSString(std::move(out_));
+  }
+
+  NSAttributedString runAttributed() {
+    readAll();
+    std::vector<NSTextRun> runs = rich_->finish();
+    return NSAttributedString(NSString(std::move(out_)), std::move(runs));
+  }
+
+ private:
+  void readAll() {
     for (RTFToken token = tokens_.next(); token.kind != RTFToken::Kind::end;
          token = tokens_.next()) {
       if (!read(token)) break;
     }
     flush();
-    if (purpose_ == Purpose::html && !fromHTML_) return nil;
-    return NSString(std::move(out_));
   }
 
- private:
   // False when the document has ended.
   bool read(const RTFToken& token) {
     switch (token.kind) {
       case RTFToken::Kind::groupStart:
         leaveFallback();
         groups_.open();
+        if (rich_) rich_->open();
         return true;
       case RTFToken::Kind::groupEnd:
-        leaveFallback();
-        groups_.close();
+        endGroup();
         return groups_.depth() > 0;
       case RTFToken::Kind::word:
         word(token);
@@ -71,8 +87,39 @@ class Reader {
         text(token.bytes);
         return true;
       default:
-        if (fallback_ > 0) --fallback_;  // \bin and its data count as one character
+        binary(token.bytes);
         return true;
+    }
+  }
+
+  void endGroup() {
+    leaveFallback();
+    const Destination ended = groups_.state().destination;
+    groups_.close();
+    if (!rich_) return;
+    rich_->close();
+    if (ended == groups_.state().destination) return;
+    rich_->leaves(ended);
+    if (ended == Destination::picture && isShown()) showPicture();
+  }
+
+  void showPicture() {
+    auto picture = rich_->takePicture();
+    if (!picture) return;
+    out_.push_back(u'\uFFFC');
+    ++pictures_;
+    rich_->attach(std::move(picture));
+  }
+
+  // Length of the plain text so far: pictures are no part of it.
+  [[nodiscard]] size_t plainLength() const { return out_.size() - pictures_; }
+
+  // \bin and its data count as one character of fallback.
+  void binary(std::string_view bytes) {
+    if (fallback_ > 0) {
+      --fallback_;
+    } else if (groups_.state().destination == Destination::picture) {
+      rich_->picture().binary(bytes);
     }
   }
 
@@ -89,6 +136,46 @@ class Reader {
            (purpose_ == Purpose::html ? !state.htmlRTF : !state.hidden);
   }
 
+  // Text of tables and of what describes a picture or a field.
+  void describe(std::string_view bytes) {
+    switch (groups_.state().destination) {
+      case Destination::fontTable:
+        nameFont(bytes);
+        break;
+      case Destination::colorTable:
+        for (const char c : bytes) {
+          if (c == ';') rich_->colorEnds();
+        }
+        break;
+      case Destination::styleSheet:
+        rich_->styleText(std::u16string(bytes.begin(), bytes.end()));
+        break;
+      case Destination::picture:
+        rich_->picture().hex(bytes);
+        break;
+      case Destination::instruction: {
+        std::u16string units;
+        page().append(bytes, &units);
+        rich_->instruction(units);
+        break;
+      }
+      default:
+        break;
+    }
+  }
+
+  // A font's name ends in a semicolon.
+  void nameFont(std::string_view bytes) {
+    constexpr size_t kLongest = 256;
+    const size_t end = bytes.find(';');
+    fontName_.append(
+        bytes.substr(0, std::min(end, kLongest - std::min(fontName_.size(), kLongest))));
+    if (end == bytes.npos) return;
+    std::u16string name;
+    page().append(std::exchange(fontName_, {}), &name);
+    if (groups_.state().font >= 0) fonts_.setName(groups_.state().font, name);
+  }
+
   // Bytes of text in the current code page
 
   void text(std::string_view bytes) {
@@ -98,8 +185,11 @@ class Reader {
       fallback_ -= static_cast<uint32_t>(skipped);
       bytes.remove_prefix(skipped);
     }
-    if (bytes.empty() || !isShown()) return;
-    if (pending_.empty() && utf8::asciiPrefix(bytes) == bytes.size()) {
+    if (bytes.empty()) return;
+    if (!isShown()) {
+      describe(bytes);
+    } else if (pending_.empty() && symbolFont() == RTFSymbolFont::none &&
+               utf8::asciiPrefix(bytes) == bytes.size()) {
       appendAscii(bytes);
     } else {
       pending_.append(bytes);
@@ -123,29 +213,47 @@ class Reader {
       --fallback_;
     } else if (isShown()) {
       pending_.push_back(static_cast<char>(byte));
+    } else {
+      const char c = static_cast<char>(byte);
+      describe({&c, 1});
     }
   }
 
   // Decodes the bytes that wait: a character may have come in several escapes.
   void flush() {
     if (pending_.empty()) return;
-    page().append(pending_, &out_);
+    if (const RTFSymbolFont symbols = symbolFont(); symbols != RTFSymbolFont::none) {
+      for (const char c : pending_) {
+        if (c != 0) out_.push_back(unitOfSymbol(symbols, static_cast<uint8_t>(c)));
+      }
+    } else {
+      page().append(pending_, &out_);
+    }
     pending_.clear();
+    scanned_ = 0;
+    lead_ = false;
   }
 
-  [[nodiscard]] const CodePage& page() const {
+  [[nodiscard]] int32_t font() const {
     const State& state = groups_.state();
     const int32_t font = state.rightToLeft ? state.associatedFont : state.font;
-    const CodePage* page = fonts_.pageOf(font < 0 ? defaultFont_ : font);
+    return font < 0 ? defaultFont_ : font;
+  }
+
+  [[nodiscard]] RTFSymbolFont symbolFont() const { return fonts_.symbolFontOf(font()); }
+
+  [[nodiscard]] const CodePage& page() const {
+    const CodePage* page = fonts_.pageOf(font());
     return page ? *page : *documentPage_;
   }
 
   // Whether the bytes that wait end in the first half of a character.
-  [[nodiscard]] bool awaitsTrailByte() const {
+  [[nodiscard]] bool awaitsTrailByte() {
     if (pending_.empty() || page().isSingleByte()) return false;
-    bool lead = false;
-    for (const char c : pending_) lead = !lead && page().isLeadByte(static_cast<uint8_t>(c));
-    return lead;
+    for (; scanned_ < pending_.size(); ++scanned_) {
+      lead_ = !lead_ && page().isLeadByte(static_cast<uint8_t>(pending_[scanned_]));
+    }
+    return lead_;
   }
 
   // Single characters
@@ -170,6 +278,11 @@ class Reader {
       case '\\':
       case '{':
       case '}':
+        if (groups_.state().destination == Destination::instruction) {
+          const char escaped = static_cast<char>(c);
+          describe({&escaped, 1});
+          break;
+        }
         // The second half of a double-byte character may be one of these, escaped.
         if (isShown() && awaitsTrailByte()) {
           pending_.push_back(static_cast<char>(c));
@@ -199,19 +312,47 @@ class Reader {
     }
   }
 
-  void endParagraph() { emit(purpose_ == Purpose::html ? u"\r\n" : u"\n"); }
+  void endParagraph() {
+    emit(purpose_ == Purpose::html ? u"\r\n" : u"\n");
+    if (!isShown()) return;
+    lineStart_ = plainLength();
+    if (rich_) rich_->paragraphEnds();
+  }
+
+  // A section ends a paragraph that has begun.
+  void endSection() {
+    flush();
+    if (purpose_ == Purpose::html || plainLength() > lineStart_) endParagraph();
+  }
+
+  void endCell(bool nested) {
+    emit(u"\t");
+    if (!isShown()) return;
+    cellEnd_ = out_.size();
+    plainCellEnd_ = plainLength();
+    if (rich_) rich_->cellEnds(nested);
+  }
 
   // \row turns the tab behind the row's last cell into the row's end.
-  void endRow() {
+  void endRow(bool nested) {
     flush();
     if (!isShown()) return;
-    if (out_.ends_with(u'\t')) out_.pop_back();
-    if (purpose_ == Purpose::plainText) out_.push_back(u'\n');
+    const bool isBehindCell = cellEnd_ > 0 && plainLength() == plainCellEnd_;
+    if (purpose_ == Purpose::html) {
+      if (isBehindCell) out_.pop_back();
+    } else if (isBehindCell) {
+      out_[cellEnd_ - 1] = u'\n';
+    } else {
+      out_.push_back(u'\n');
+    }
+    cellEnd_ = 0;
+    lineStart_ = plainLength();
+    if (rich_) rich_->rowEnds(nested);
   }
 
   // Typographic characters have names in HTML, whatever the page's charset.
   void emitNamed(char16_t unit) {
-    if (purpose_ == Purpose::plainText || unit < 0x80) {
+    if (purpose_ != Purpose::html || unit < 0x80) {
       emit({&unit, 1});
     } else {
       emit(NSString::stringWithFormat(u"&#%u;", static_cast<uint32_t>(unit)));
@@ -227,7 +368,7 @@ class Reader {
       if (fallback_ > 0) {
         --fallback_;
       } else if (ignorable) {
-        enter(Destination::skipped);
+        skip();
       }
       return;
     }
@@ -238,9 +379,16 @@ class Reader {
     perform(*keyword, token);
   }
 
+  // The rest of the group is not looked at.
+  void skip() {
+    enter(Destination::skipped);
+    tokens_.skipGroup();
+  }
+
   void enter(Destination destination) {
     flush();
     groups_.change().destination = destination;
+    if (rich_) rich_->enters(destination);
   }
 
   void perform(const RTFKeyword& keyword, const RTFToken& token) {
@@ -255,11 +403,18 @@ class Reader {
       case RTFAction::line:
         emit(purpose_ == Purpose::html ? u"\r\n" : u"\u2028");
         break;
+      case RTFAction::section:
+        endSection();
+        break;
       case RTFAction::cell:
-        emit(u"\t");
+        endCell(keyword.value != 0);
         break;
       case RTFAction::row:
-        endRow();
+        endRow(keyword.value != 0);
+        break;
+      case RTFAction::format:
+        flush();
+        if (rich_) rich_->word(keyword.value, token.parameter, isOn, groups_.state().destination);
         break;
       case RTFAction::unicode:
         unicode(token);
@@ -275,6 +430,7 @@ class Reader {
         flush();
         groups_.change().font = -1;
         groups_.change().hidden = false;
+        if (rich_) rich_->word(kPlain, 0, true, groups_.state().destination);
         break;
       case RTFAction::hidden:
         flush();
@@ -283,6 +439,7 @@ class Reader {
       case RTFAction::direction:
         flush();
         groups_.change().rightToLeft = keyword.value != 0;
+        if (rich_) rich_->word(kDirection, 0, keyword.value != 0, groups_.state().destination);
         break;
       case RTFAction::htmlRTF:
         flush();
@@ -291,9 +448,6 @@ class Reader {
       case RTFAction::fromHTML:
         fromHTML_ |= isOn && groups_.depth() == 1;
         break;
-      case RTFAction::defaultFont:
-        defaultFont_ = token.parameter;
-        break;
       default:
         destination(keyword, token);
         break;
@@ -301,24 +455,44 @@ class Reader {
   }
 
   void destination(const RTFKeyword& keyword, const RTFToken& token) {
-    const bool isSkipped = groups_.state().destination == Destination::skipped;
+    const Destination around = groups_.state().destination;
+    const bool isBody = around == Destination::body;
     switch (keyword.action) {
       case RTFAction::skip:
-        enter(Destination::skipped);
+        skip();
         break;
       case RTFAction::htmlTag:
-        if (purpose_ == Purpose::plainText) enter(Destination::skipped);
+        if (purpose_ != Purpose::html) skip();
+        break;
+      case RTFAction::richOnly:
+        if (rich_ && isBody) {
+          enter(static_cast<Destination>(keyword.value));
+        } else {
+          skip();
+        }
+        break;
+      case RTFAction::fieldResult:
+        if (rich_) rich_->fieldResult();
+        break;
+      case RTFAction::nestedRow:
+        if (rich_) rich_->nestedTableProperties();
         break;
       case RTFAction::fontTable:
-        if (!isSkipped) enter(Destination::fontTable);
+        if (isBody) enter(Destination::fontTable);
         break;
       case RTFAction::upr:
-        if (isSkipped) break;
-        groups_.change().aroundUpr = groups_.state().destination;
+        if (around == Destination::skipped) break;
+        groups_.change().aroundUpr = around;
+        groups_.change().isUpr = true;
         enter(Destination::skipped);
         break;
       case RTFAction::ud:
-        enter(groups_.state().aroundUpr);
+        if (groups_.state().isUpr) enter(groups_.state().aroundUpr);
+        break;
+      case RTFAction::defaultFont:
+        if (!isBody) break;
+        defaultFont_ = token.parameter;
+        if (rich_) rich_->setDefaultFont(defaultFont_);
         break;
       case RTFAction::charset:
       case RTFAction::fontPage:
@@ -341,16 +515,31 @@ class Reader {
                                static_cast<char16_t>(0xDC00 + (value & 0x3FF))};
       emit({pair, 2});
     } else if (value < 0x10000 && value != 0) {
-      const auto unit = static_cast<char16_t>(value);
+      const auto unit = glyph(static_cast<char16_t>(value));
       emit({&unit, 1});
+      if (groups_.state().destination == Destination::instruction) rich_->instruction({&unit, 1});
     }
     fallback_ = groups_.state().skipCount;
+  }
+
+  // Bytes of symbol fonts are written as private characters, too.
+  [[nodiscard]] char16_t glyph(char16_t unit) const {
+    if ((unit & 0xFF00) != 0xF000) return unit;
+    const RTFSymbolFont symbols = symbolFont();
+    const auto byte = static_cast<uint8_t>(unit);
+    return symbols == RTFSymbolFont::none || byte < 0x20 ? unit : unitOfSymbol(symbols, byte);
   }
 
   void selectFont(const RTFKeyword& keyword, int32_t font) {
     flush();
     State& state = groups_.change();
-    (keyword.action == RTFAction::font ? state.font : state.associatedFont) = font;
+    const bool isAssociated = keyword.action == RTFAction::assocFont;
+    (isAssociated ? state.associatedFont : state.font) = font;
+    if (state.destination == Destination::fontTable) {
+      fontName_.clear();
+    } else if (rich_) {
+      rich_->word(isAssociated ? kAssociatedFont : kFont, font, true, state.destination);
+    }
   }
 
   void describeFont(const RTFKeyword& keyword, int32_t value) {
@@ -366,6 +555,7 @@ class Reader {
   void selectDocumentPage(const RTFKeyword& keyword, const RTFToken& token) {
     const int number = keyword.value ? keyword.value : token.parameter;
     flush();
+    if (groups_.state().destination != Destination::body) return;
     if (CodePage::known(number)) documentPage_ = &CodePage::numbered(number);
   }
 
@@ -379,23 +569,37 @@ class Reader {
   bool starred_ = false;   // "\*" stands right before
   bool fromHTML_ = false;
   std::string pending_;
+  size_t scanned_ = 0;  // bytes of it that were looked at for halves of characters
+  bool lead_ = false;
+  std::string fontName_;
   std::u16string out_;
+  size_t pictures_ = 0;                    // in `out_`
+  size_t lineStart_ = 0;                   // in the plain text
+  size_t cellEnd_ = 0, plainCellEnd_ = 0;  // behind the last cell's tab; in `out_`, the plain text
+  std::unique_ptr<RTFFormatter> rich_;     // for attributed text alone
 };
 
-NSString read(const NSData& rtf, Purpose purpose) {
+// The document without what stands before it.
+std::optional<std::string_view> documentIn(const NSData& rtf) {
   const size_t start = findRTFStart(rtf.chars());
-  if (start == std::string_view::npos) return nil;
-  return Reader(rtf.chars().substr(start), purpose).run();
+  if (start == std::string_view::npos) return {};
+  return rtf.chars().substr(start);
+}
+
+NSString read(const NSData& rtf, Purpose purpose) {
+  const auto document = documentIn(rtf);
+  return document ? Reader(*document, purpose).run() : nil;
 }
 
 }  // namespace
 
 NSString plainTextFromRTF(const NSData& rtf) { return read(rtf, Purpose::plainText); }
 
-NSAttributedString NSAttributedString::initWithRTF(const NSData& rtf) {
-  return NSAttributedString(plainTextFromRTF(rtf));
-}
-
 NSString encapsulatedHTMLFromRTF(const NSData& rtf) { return read(rtf, Purpose::html); }
+
+NSAttributedString NSAttributedString::initWithRTF(const NSData& rtf) {
+  const auto document = documentIn(rtf);
+  return document ? Reader(*document, Purpose::attributed).runAttributed() : nil;
+}
 
 }  // namespace kelspar

@@ -48,6 +48,23 @@ RTFToken RTFTokenizer::next() {
   return {};
 }
 
+void RTFTokenizer::skipGroup() {
+  for (uint64_t depth = 0;;) {
+    at_ = scan::findAny(bytes_, at_, '\\', '{', '}');
+    if (at_ == bytes_.size()) return;
+    if (bytes_[at_] == '{') {
+      ++depth;
+      ++at_;
+    } else if (bytes_[at_] == '}') {
+      if (depth == 0) return;
+      --depth;
+      ++at_;
+    } else {
+      (void)control();  // braces may be escaped, or be binary data
+    }
+  }
+}
+
 RTFToken RTFTokenizer::control() {
   ++at_;
   if (at_ == bytes_.size()) return {};

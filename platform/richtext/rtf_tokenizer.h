@@ -29,6 +29,9 @@ class RTFTokenizer {
   // hexadecimal escape without its two digits, are no tokens.
   RTFToken next();
 
+  // Goes on to the brace that ends the group at hand.
+  void skipGroup();
+
   // Bytes read so far.
   [[nodiscard]] size_t position() const { return at_; }
 

@@ -1,0 +1,507 @@
+// From control words to runs of attributes.
+#include "platform/richtext/rtf_formatter.h"
+
+#include <algorithm>
+
+#include "platform/richtext/text_runs.h"
+
+namespace kelspar {
+
+namespace {
+
+constexpr double kTwips = 20, kHalfPoints = 2;
+constexpr int32_t kFarthest = 31680;  // 22 inches in twips: the format's own bound
+
+double twips(int32_t value) { return std::clamp(value, -kFarthest, kFarthest) / kTwips; }
+
+size_t mix(size_t hash, uint64_t value) {
+  hash = (hash ^ value) * 0x9E3779B97F4A7C15u;
+  return hash ^ hash >> 29;
+}
+
+uint64_t pack(int32_t a, int32_t b) {
+  return uint64_t{static_cast<uint32_t>(a)} << 32 | static_cast<uint32_t>(b);
+}
+
+// "heading 1" to "heading 6", as style names go.
+int8_t headingNamed(std::u16string_view name) {
+  constexpr std::u16string_view kHeading = u"heading ";
+  if (name.size() < kHeading.size() + 1) return 0;
+  for (size_t i = 0; i < kHeading.size(); ++i) {
+    if ((name[i] | 0x20) != kHeading[i]) return 0;
+  }
+  const char16_t digit = name[kHeading.size()];
+  const bool ends = name.size() == kHeading.size() + 1 || name[kHeading.size() + 1] == u';' ||
+                    name[kHeading.size() + 1] == u',';
+  return ends && digit >= u'1' && digit <= u'6' ? static_cast<int8_t>(digit - u'0') : 0;
+}
+
+}  // namespace
+
+size_t RTFFormatter::hash(const Look& look) {
+  size_t hash = mix(0, pack(look.font, look.associatedFont));
+  hash = mix(hash, pack(look.foreground, look.background));
+  hash = mix(hash, pack(static_cast<int32_t>(look.link), look.size << 16 | (look.raised & 0xFFFF)));
+  return mix(hash, uint64_t{look.bold} | uint64_t{look.italic} << 1 |
+                       uint64_t{look.underline} << 2 | uint64_t{look.strike} << 3 |
+                       uint64_t{look.rightToLeft} << 4 |
+                       static_cast<uint64_t>(look.script + 1) << 5);
+}
+
+size_t RTFFormatter::hash(const Paragraph& paragraph) {
+  size_t hash = mix(0, pack(paragraph.left, paragraph.right));
+  hash = mix(hash, pack(paragraph.first, paragraph.before));
+  hash = mix(hash, pack(paragraph.after, paragraph.line));
+  hash = mix(hash, pack(paragraph.tabs, paragraph.list));
+  hash = mix(hash, pack(paragraph.listLevel, paragraph.style));
+  return mix(hash, pack(static_cast<int32_t>(paragraph.numbering),
+                        static_cast<int32_t>(paragraph.alignment) << 8 | paragraph.outline));
+}
+
+void RTFFormatter::word(int32_t word, int32_t parameter, bool isOn, RTFDestination destination) {
+  if (destination == RTFDestination::picture && picture_.word(word, parameter)) return;
+  if (destination == RTFDestination::colorTable && colorWord(word, parameter)) return;
+  const bool inLists = destination == RTFDestination::listTable ||
+                       destination == RTFDestination::overrideTable ||
+                       destination == RTFDestination::numbering;
+  if (inLists) {
+    (void)lists_.word(word, parameter, destination);
+    return;
+  }
+  if (characterWord(word, parameter, isOn) || paragraphWord(word, parameter, isOn)) return;
+  const bool isBackground = word == kCellBackground;
+  (void)tables_.word(word, parameter, groups_.state().nestedProperties ? tableDepth() : 1,
+                     isBackground ? color(parameter) : std::nullopt);
+}
+
+bool RTFFormatter::characterWord(int32_t word, int32_t parameter, bool isOn) {
+  if (word > kDirection) return false;
+  settle();
+  Look& look = groups_.change().look;
+  const auto size = static_cast<int16_t>(parameter > 0 ? std::min(parameter, 3276) : 24);
+  const auto raise = static_cast<int16_t>(std::clamp(parameter, -3276, 3276));
+  switch (word) {
+    case kPlain: {
+      const uint32_t link = look.link;
+      look = {};
+      look.link = link;
+      break;
+    }
+    case kBold:
+      look.bold = isOn;
+      break;
+    case kItalic:
+      look.italic = isOn;
+      break;
+    case kUnderline:
+      look.underline = isOn;
+      break;
+    case kNoUnderline:
+      look.underline = false;
+      break;
+    case kStrike:
+      look.strike = isOn;
+      break;
+    case kSuperscript:
+      look.script = isOn ? 1 : 0;
+      break;
+    case kSubscript:
+      look.script = isOn ? -1 : 0;
+      break;
+    case kNoScript:
+      look.script = 0;
+      break;
+    case kRaise:
+      look.raised = raise;
+      break;
+    case kLower:
+      look.raised = static_cast<int16_t>(-raise);
+      break;
+    case kSize:
+      look.size = size;
+      break;
+    case kForeground:
+      look.foreground = parameter;
+      break;
+    case kBackground:
+    case kHighlight:
+      look.background = parameter;
+      break;
+    case kAssociatedBold:
+      look.associatedBold = isOn;
+      break;
+    case kAssociatedItalic:
+      look.associatedItalic = isOn;
+      break;
+    case kAssociatedSize:
+      look.associatedSize = size;
+      break;
+    case kFont:
+      look.font = parameter;
+      break;
+    case kAssociatedFont:
+      look.associatedFont = parameter;
+      break;
+    default:
+      look.rightToLeft = isOn;
+      break;  // kDirection
+  }
+  return true;
+}
+
+bool RTFFormatter::paragraphWord(int32_t word, int32_t parameter, bool isOn) {
+  if (word > kListLevelOfParagraph) return false;
+  Paragraph& paragraph = groups_.change().paragraph;
+  switch (word) {
+    case kParagraphDefault:
+      paragraph = {};
+      numbering_ = {};
+      nextTab_ = {};
+      break;
+    case kAlignLeft:
+      paragraph.alignment = NSTextAlignment::left;
+      break;
+    case kAlignRight:
+      paragraph.alignment = NSTextAlignment::right;
+      break;
+    case kAlignCenter:
+      paragraph.alignment = NSTextAlignment::center;
+      break;
+    case kAlignJustified:
+      paragraph.alignment = NSTextAlignment::justified;
+      break;
+    case kLeftIndent:
+      paragraph.left = parameter;
+      break;
+    case kRightIndent:
+      paragraph.right = parameter;
+      break;
+    case kFirstIndent:
+      paragraph.first = parameter;
+      break;
+    case kSpaceBefore:
+      paragraph.before = parameter;
+      break;
+    case kSpaceAfter:
+      paragraph.after = parameter;
+      break;
+    case kLineSpacing:
+      paragraph.line = parameter;
+      break;
+    case kLineSpacingMultiple:
+      paragraph.isMultiple = isOn;
+      break;
+    case kTabStop:
+      tabStop(parameter);
+      break;
+    case kTabRight:
+      nextTab_.alignment = NSTextAlignment::right;
+      break;
+    case kTabCenter:
+      nextTab_.alignment = NSTextAlignment::center;
+      break;
+    case kTabDecimal:
+      nextTab_.decimal = true;
+      break;
+    case kRightToLeftParagraph:
+      paragraph.rightToLeft = true;
+      break;
+    case kLeftToRightParagraph:
+      paragraph.rightToLeft = false;
+      break;
+    case kOutlineLevel:
+      paragraph.outline = static_cast<int8_t>(std::clamp(parameter, 0, 9));
+      break;
+    case kStyle:
+      paragraph.style = parameter;
+      break;
+    case kInTable:
+      paragraph.inTable = isOn;
+      break;
+    case kTableLevel:
+      paragraph.tableDepth = std::clamp(parameter, 0, RTFTables::kDeepest);
+      break;
+    case kListOverride:
+      paragraph.list = parameter;
+      break;
+    default:
+      paragraph.listLevel = parameter;
+      break;  // kListLevelOfParagraph
+  }
+  return true;
+}
+
+void RTFFormatter::tabStop(int32_t location) {
+  Paragraph& paragraph = groups_.change().paragraph;
+  tabs_.push_back({location, paragraph.tabs, nextTab_.alignment, nextTab_.decimal});
+  paragraph.tabs = static_cast<int32_t>(tabs_.size()) - 1;
+  nextTab_ = {};
+}
+
+bool RTFFormatter::colorWord(int32_t word, int32_t parameter) {
+  if (word != kRed && word != kGreen && word != kBlue) return false;
+  const auto level = static_cast<uint8_t>(std::clamp(parameter, 0, 255));
+  (word == kRed ? nextColor_.red : word == kGreen ? nextColor_.green : nextColor_.blue) = level;
+  hasColor_ = true;
+  return true;
+}
+
+void RTFFormatter::colorEnds() {
+  colors_.push_back(hasColor_ ? std::optional(nextColor_) : std::nullopt);
+  nextColor_ = {};
+  hasColor_ = false;
+}
+
+std::optional<NSColor> RTFFormatter::color(int32_t number) const {
+  if (number < 0 || static_cast<size_t>(number) >= colors_.size()) return {};
+  return colors_[static_cast<size_t>(number)];
+}
+
+void RTFFormatter::enters(RTFDestination destination) {
+  if (destination == RTFDestination::picture) picture_ = {};
+  if (destination == RTFDestination::instruction) instruction_.clear();
+  if (destination == RTFDestination::numbering) lists_.numberingBegins();
+}
+
+void RTFFormatter::leaves(RTFDestination destination) {
+  if (destination == RTFDestination::overrideTable || destination == RTFDestination::listTable) {
+    lists_.tablesEnd();
+  } else if (destination == RTFDestination::numbering) {
+    const NSTextList list = lists_.numbering(lastNumbering_);
+    if (list.identity == 0) return;
+    lastNumbering_ = list.identity;
+    numbering_ = list;
+  } else if (destination == RTFDestination::instruction) {
+    const std::u16string target = targetOfHyperlink(instruction_);
+    pendingLink_ = 0;
+    if (target.empty()) return;
+    uint32_t& number = numberOfLink_[target];
+    if (number == 0) {
+      links_.emplace_back(target);
+      number = static_cast<uint32_t>(links_.size());
+    }
+    pendingLink_ = number;
+  }
+}
+
+void RTFFormatter::fieldResult() {
+  if (pendingLink_ == 0) return;
+  settle();
+  groups_.change().look.link = std::exchange(pendingLink_, 0);
+}
+
+void RTFFormatter::styleText(std::u16string_view name) {
+  const Paragraph& paragraph = groups_.state().paragraph;
+  int8_t heading = headingNamed(name);
+  if (heading == 0 && paragraph.outline >= 0 && paragraph.outline < 6) {
+    heading = static_cast<int8_t>(paragraph.outline + 1);
+  }
+  if (heading > 0 && paragraph.style >= 0) headingOfStyle_.try_emplace(paragraph.style, heading);
+}
+
+int32_t RTFFormatter::tableDepth() const {
+  const Paragraph& paragraph = groups_.state().paragraph;
+  return std::max(paragraph.tableDepth, paragraph.inTable ? 1 : 0);
+}
+
+uint32_t RTFFormatter::numberOf(const Look& look) {
+  if (!spans_.empty() && looks_[spans_.back().look] == look) return spans_.back().look;
+  const auto [found, isNew] = numberOfLook_.try_emplace(look, static_cast<uint32_t>(looks_.size()));
+  if (isNew) looks_.push_back(look);
+  return found->second;
+}
+
+void RTFFormatter::settle() {
+  if (text_.size() == settled_) return;
+  const uint32_t look = numberOf(groups_.state().look);
+  settled_ = text_.size();
+  if (!spans_.empty() && spans_.back().look == look && !spans_.back().attachment) {
+    spans_.back().end = settled_;
+  } else {
+    spans_.push_back({settled_, look, nullptr});
+  }
+}
+
+std::shared_ptr<const NSTextAttachment> RTFFormatter::takePicture() {
+  return std::exchange(picture_, {}).attachment();
+}
+
+void RTFFormatter::attach(std::shared_ptr<const NSTextAttachment> attachment) {
+  settled_ = text_.size();
+  spans_.push_back({settled_, numberOf(groups_.state().look), std::move(attachment)});
+}
+
+void RTFFormatter::paragraphEnds() {
+  const int32_t depth = tableDepth();
+  endParagraph(depth == 0 && tables_.isInRow() ? 1 : depth);
+}
+
+void RTFFormatter::cellEnds(bool nested) {
+  const int32_t depth = nested ? std::max(2, tableDepth()) : 1;
+  endParagraph(depth);
+  tables_.cellEnds(depth);
+}
+
+void RTFFormatter::rowEnds(bool nested) {
+  const int32_t depth = nested ? std::max(2, tableDepth()) : 1;
+  if (text_.size() > paragraphStart_) endParagraph(depth);
+  tables_.rowEnds(depth);
+}
+
+void RTFFormatter::endParagraph(int32_t depth) {
+  settle();
+  Paragraph paragraph = groups_.state().paragraph;
+  paragraph.numbering = 0;
+  if (numbering_.identity != 0) {
+    if (numberings_.empty() || !(numberings_.back() == numbering_)) {
+      numberings_.push_back(numbering_);
+    }
+    paragraph.numbering = static_cast<uint32_t>(numberings_.size());
+  }
+  if (depth == 0) {
+    tables_.closeBelow(0);
+    const auto [found, isNew] =
+        numberOfStyle_.try_emplace(paragraph, static_cast<uint32_t>(styles_.size()));
+    if (isNew) styles_.push_back(makeStyle(paragraph));
+    const uint32_t style = found->second;
+    size_t start = paragraphStart_;
+    for (Span& span : spans_) {
+      auto& attributes = attributes_[uint64_t{style} << 32 | span.look];
+      if (!attributes) {
+        auto made = std::make_shared<NSTextAttributes>(attributesOf(looks_[span.look]));
+        made->paragraph = styles_[style];
+        attributes = std::move(made);
+      }
+      auto used = attributes;
+      if (span.attachment) {
+        auto attached = std::make_shared<NSTextAttributes>(*attributes);
+        attached->attachment = std::move(span.attachment);
+        used = std::move(attached);
+      }
+      if (!runs_.empty() && runs_.back().attributes == used) {
+        runs_.back().length += span.end - start;
+      } else {
+        runs_.push_back({span.end - start, std::move(used)});
+      }
+      start = span.end;
+    }
+  } else {
+    const std::shared_ptr<NSParagraphStyle> style = makeStyle(paragraph);
+    tables_.paragraph(style, depth);
+    size_t start = paragraphStart_;
+    for (Span& span : spans_) {
+      auto attributes = std::make_shared<NSTextAttributes>(attributesOf(looks_[span.look]));
+      attributes->paragraph = style;
+      attributes->attachment = std::move(span.attachment);
+      runs_.push_back({span.end - start, std::move(attributes)});
+      start = span.end;
+    }
+  }
+  spans_.clear();
+  paragraphStart_ = text_.size();
+}
+
+std::shared_ptr<NSParagraphStyle> RTFFormatter::makeStyle(const Paragraph& paragraph) const {
+  auto style = std::make_shared<NSParagraphStyle>();
+  style->alignment = paragraph.alignment;
+  style->rightToLeft = paragraph.rightToLeft;
+  style->headIndent = twips(paragraph.left);
+  style->firstLineIndent = twips(paragraph.left) + twips(paragraph.first);
+  style->tailIndent = twips(paragraph.right);
+  style->spacingBefore = std::max(0.0, twips(paragraph.before));
+  style->spacingAfter = std::max(0.0, twips(paragraph.after));
+  // \sl: 240ths of a line when it is a multiple, at least so much when positive, else exactly.
+  if (paragraph.line != 0 && paragraph.isMultiple) {
+    style->lineHeightMultiple = std::clamp(paragraph.line, 24, 24000) / 240.0;
+  } else if (paragraph.line != 0) {
+    style->minimumLineHeight = std::abs(twips(paragraph.line));
+    if (paragraph.line < 0) style->maximumLineHeight = style->minimumLineHeight;
+  }
+  if (paragraph.outline >= 0 && paragraph.outline < 6) {
+    style->headingLevel = static_cast<int8_t>(paragraph.outline + 1);
+  } else if (const auto heading = headingOfStyle_.find(paragraph.style);
+             heading != headingOfStyle_.end() && paragraph.outline < 0) {
+    style->headingLevel = heading->second;
+  }
+  constexpr size_t kTabStops = 64;
+  for (int32_t tab = paragraph.tabs; tab >= 0 && style->tabStops.size() < kTabStops;
+       tab = tabs_[static_cast<size_t>(tab)].previous) {
+    const Tab& stop = tabs_[static_cast<size_t>(tab)];
+    style->tabStops.push_back({twips(stop.location), stop.alignment, stop.decimal});
+  }
+  std::ranges::reverse(style->tabStops);
+  style->lists = lists_.listsOf(paragraph.list, paragraph.listLevel);
+  if (paragraph.numbering > 0) style->lists = {numberings_[paragraph.numbering - 1]};
+  return style;
+}
+
+NSTextAttributes RTFFormatter::attributesOf(const Look& look) const {
+  NSTextAttributes attributes;
+  const int32_t font =
+      look.rightToLeft && look.associatedFont >= 0 ? look.associatedFont : look.font;
+  attributes.font.family = fonts_.nameOf(font < 0 ? defaultFont_ : font);
+  attributes.font.size = (look.rightToLeft ? look.associatedSize : look.size) / kHalfPoints;
+  attributes.font.bold = look.rightToLeft ? look.associatedBold : look.bold;
+  attributes.font.italic = look.rightToLeft ? look.associatedItalic : look.italic;
+  attributes.foreground = color(look.foreground);
+  if (look.background != 0) attributes.background = color(look.background);
+  attributes.underline = look.underline;
+  attributes.strikethrough = look.strike;
+  attributes.superscript = look.script;
+  attributes.baselineOffset = look.raised / kHalfPoints;
+  if (look.link) attributes.link = links_[look.link - 1];
+  return attributes;
+}
+
+std::vector<NSTextRun> RTFFormatter::finish() {
+  settle();
+  if (text_.size() > paragraphStart_) paragraphEnds();
+  tables_.closeBelow(0);
+  return std::move(runs_);
+}
+
+std::u16string targetOfHyperlink(std::u16string_view instruction) {
+  constexpr std::u16string_view kHyperlink = u"HYPERLINK";
+  constexpr std::u16string_view kSpace = u" \t\r\n\u00A0";
+  const auto skipSpace = [&] {
+    instruction.remove_prefix(std::min(instruction.find_first_not_of(kSpace), instruction.size()));
+  };
+  skipSpace();
+  for (const char16_t c : kHyperlink) {
+    if (instruction.empty() || (instruction[0] & ~0x20) != c) return {};
+    instruction.remove_prefix(1);
+  }
+  std::u16string target, anchor;
+  bool isAnchor = false, isOther = false;
+  for (skipSpace(); !instruction.empty(); skipSpace()) {
+    std::u16string argument;
+    const char16_t first = instruction[0];
+    if (first == u'\\' && instruction.size() > 1 && instruction[1] != u'\\') {
+      isAnchor = (instruction[1] | 0x20) == u'l';
+      isOther = (instruction[1] | 0x20) == u'o' || (instruction[1] | 0x20) == u't';
+      instruction.remove_prefix(2);
+      continue;
+    }
+    const bool quoted = first == u'"' || first == u'\u201C';
+    if (quoted) instruction.remove_prefix(1);
+    while (!instruction.empty()) {
+      const char16_t c = instruction[0];
+      instruction.remove_prefix(1);
+      if (quoted ? c == u'"' || c == u'\u201D' : kSpace.find(c) != kSpace.npos) break;
+      argument += c;
+      if (c == u'\\' && !instruction.empty() && instruction[0] == u'\\') {
+        instruction.remove_prefix(1);
+      }
+    }
+    if (isAnchor) {
+      anchor = argument;
+    } else if (!isOther && target.empty()) {
+      target = argument;
+    }
+    isAnchor = isOther = false;
+  }
+  if (anchor.empty()) return target;
+  return target + u"#" + anchor;
+}
+
+}  // namespace kelspar

@@ -1,0 +1,151 @@
+// How the characters of an RTF document look: the reader's second half, there only when attributed
+// text is asked for. The reader appends characters to a text; the formatter watches its end and
+// keeps the runs. Internal.
+#pragma once
+
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+#include "platform/richtext/NSAttributedString.h"
+#include "platform/richtext/rtf_fonts.h"
+#include "platform/richtext/rtf_groups.h"
+#include "platform/richtext/rtf_lists.h"
+#include "platform/richtext/rtf_picture.h"
+#include "platform/richtext/rtf_tables.h"
+
+namespace kelspar {
+
+class RTFFormatter {
+ public:
+  RTFFormatter(const std::u16string* text, const RTFFontTable* fonts)
+      : text_(*text), fonts_(*fonts) {}
+
+  void open() { groups_.open(); }
+  void close() {
+    settle();
+    groups_.close();
+  }
+
+  void word(int32_t word, int32_t parameter, bool isOn, RTFDestination destination);
+  void setDefaultFont(int32_t font) { defaultFont_ = font; }
+
+  // A group of this kind begins, ends; text stands in it.
+  void enters(RTFDestination destination);
+  void leaves(RTFDestination destination);
+  void colorEnds();
+  void styleText(std::u16string_view name);
+  void instruction(std::u16string_view text) { instruction_.append(text); }
+  RTFPicture& picture() { return picture_; }
+  void fieldResult();
+  void nestedTableProperties() { groups_.change().nestedProperties = true; }
+
+  // The text's last unit ends a paragraph, a cell, a row.
+  void paragraphEnds();
+  void cellEnds(bool nested);
+  void rowEnds(bool nested);
+
+  // The picture that the group described, or null. The reader appends U+FFFC and calls `attach`.
+  [[nodiscard]] std::shared_ptr<const NSTextAttachment> takePicture();
+  void attach(std::shared_ptr<const NSTextAttachment> attachment);
+
+  // The runs of the whole text.
+  [[nodiscard]] std::vector<NSTextRun> finish();
+
+ private:
+  // Plain numbers, as they stand in the document.
+  struct Look {
+    int32_t font = -1, associatedFont = -1;
+    int32_t foreground = 0, background = 0;
+    uint32_t link = 0;
+    int16_t size = 24, associatedSize = 24;  // half points
+    int16_t raised = 0;                      // half points
+    int8_t script = 0;
+    bool bold = false, italic = false, associatedBold = false, associatedItalic = false;
+    bool underline = false, strike = false, rightToLeft = false;
+    friend bool operator==(const Look&, const Look&) = default;
+  };
+  struct Paragraph {
+    int32_t left = 0, right = 0, first = 0, before = 0, after = 0, line = 0;  // twips
+    int32_t tabs = -1;  // the last one of its list
+    int32_t list = 0, listLevel = 0, style = -1, tableDepth = 0;
+    uint32_t numbering = 0;
+    int8_t outline = -1;
+    NSTextAlignment alignment = NSTextAlignment::natural;
+    bool rightToLeft = false, isMultiple = false, inTable = false;
+    friend bool operator==(const Paragraph&, const Paragraph&) = default;
+  };
+  struct State {
+    Look look;
+    Paragraph paragraph;
+    bool nestedProperties = false;
+  };
+  struct Tab {
+    int32_t location;
+    int32_t previous;
+    NSTextAlignment alignment;
+    bool decimal;
+  };
+  struct Span {
+    size_t end;
+    uint32_t look;
+    std::shared_ptr<const NSTextAttachment> attachment;
+  };
+  template <class Format>
+  struct Hash {
+    size_t operator()(const Format& format) const { return hash(format); }
+  };
+  static size_t hash(const Look& look);
+  static size_t hash(const Paragraph& paragraph);
+
+  bool characterWord(int32_t word, int32_t parameter, bool isOn);
+  bool paragraphWord(int32_t word, int32_t parameter, bool isOn);
+  void tabStop(int32_t location);
+  bool colorWord(int32_t word, int32_t parameter);
+  [[nodiscard]] int32_t tableDepth() const;
+
+  // Notes the look of what has been appended since the last time.
+  void settle();
+  uint32_t numberOf(const Look& look);
+  void endParagraph(int32_t depth);
+  [[nodiscard]] std::shared_ptr<NSParagraphStyle> makeStyle(const Paragraph& paragraph) const;
+  [[nodiscard]] NSTextAttributes attributesOf(const Look& look) const;
+  [[nodiscard]] std::optional<NSColor> color(int32_t number) const;
+
+  const std::u16string& text_;
+  const RTFFontTable& fonts_;
+  RTFGroups<State> groups_;
+  int32_t defaultFont_ = 0;
+
+  std::vector<std::optional<NSColor>> colors_;
+  NSColor nextColor_;
+  bool hasColor_ = false;
+  std::unordered_map<int32_t, int8_t> headingOfStyle_;
+  RTFLists lists_;
+  NSTextList numbering_;  // of \pn, until \pard
+  uint32_t lastNumbering_ = 0;
+  std::vector<NSTextList> numberings_;
+  std::vector<Tab> tabs_;
+  NSTextTab nextTab_;
+  std::u16string instruction_;
+  std::vector<NSString> links_;  // numbered from 1
+  std::unordered_map<std::u16string, uint32_t> numberOfLink_;
+  uint32_t pendingLink_ = 0;
+  RTFPicture picture_;
+  RTFTables tables_;
+
+  std::vector<Look> looks_;
+  std::unordered_map<Look, uint32_t, Hash<Look>> numberOfLook_;
+  std::vector<Span> spans_;  // of the paragraph at hand
+  size_t settled_ = 0;       // units whose look is noted
+  size_t paragraphStart_ = 0;
+  std::unordered_map<Paragraph, uint32_t, Hash<Paragraph>> numberOfStyle_;
+  std::vector<std::shared_ptr<const NSParagraphStyle>> styles_;
+  std::unordered_map<uint64_t, std::shared_ptr<const NSTextAttributes>> attributes_;
+  std::vector<NSTextRun> runs_;
+};
+
+// The target of a HYPERLINK field's instruction; empty when it is another field or has none.
+[[nodiscard]] std::u16string targetOfHyperlink(std::u16string_view instruction);
+
+}  // namespace kelspar

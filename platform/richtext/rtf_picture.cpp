@@ -1,0 +1,160 @@
+// Pictures: hexadecimal digits to a file that image readers know.
+#include "platform/richtext/rtf_picture.h"
+
+#include <array>
+
+namespace kelspar {
+
+namespace {
+
+constexpr auto kDigits = [] {
+  std::array<int8_t, 256> digits{};
+  digits.fill(-1);
+  for (int i = 0; i < 10; ++i) digits['0' + i] = static_cast<int8_t>(i);
+  for (int i = 0; i < 6; ++i) {
+    digits['a' + i] = digits['A' + i] = static_cast<int8_t>(10 + i);
+  }
+  return digits;
+}();
+
+uint32_t little(std::string_view bytes, size_t at, size_t size) {
+  uint32_t value = 0;
+  for (size_t i = 0; i < size; ++i) {
+    value |= static_cast<uint32_t>(static_cast<uint8_t>(bytes[at + i])) << 8 * i;
+  }
+  return value;
+}
+
+void putLittle(uint32_t value, std::string* out) {
+  for (int shift = 0; shift < 32; shift += 8) *out += static_cast<char>(value >> shift);
+}
+
+// A BITMAPFILEHEADER before the bitmap; nothing when it has no proper header of its own.
+std::string bitmapFile(std::string_view bitmap) {
+  constexpr size_t kInfoHeader = 40, kFileHeader = 14;
+  if (bitmap.size() < kInfoHeader) return {};
+  const uint64_t header = little(bitmap, 0, 4);
+  if (header < kInfoHeader || header > bitmap.size()) return {};
+  const uint32_t depth = little(bitmap, 14, 2), compression = little(bitmap, 16, 4);
+  uint64_t colors = little(bitmap, 32, 4);
+  if (colors == 0 && depth <= 8) colors = uint64_t{1} << depth;
+  const bool hasMasks = compression == 3 && header == kInfoHeader;  // BI_BITFIELDS
+  const uint64_t pixels = kFileHeader + header + (hasMasks ? 12 : 0) + colors * 4;
+  if (pixels > bitmap.size() + kFileHeader) return {};
+  std::string file = "BM";
+  putLittle(static_cast<uint32_t>(bitmap.size() + kFileHeader), &file);
+  putLittle(0, &file);
+  putLittle(static_cast<uint32_t>(pixels), &file);
+  return file.append(bitmap);
+}
+
+// In points. A metafile's own size is in hundredths of a millimetre, a bitmap's in pixels.
+double points(int32_t wanted, int32_t size, int32_t scale, bool metafile) {
+  double points = wanted > 0 ? wanted / 20.0 : size * (metafile ? 72 / 2540.0 : 0.75);
+  if (scale > 0) points *= scale / 100.0;
+  constexpr double kLargest = 14400;  // two hundred inches
+  return points > 0 && points <= kLargest ? points : 0;
+}
+
+}  // namespace
+
+bool RTFPicture::word(int32_t word, int32_t parameter) {
+  switch (word) {
+    case kPNG:
+      kind_ = Kind::png;
+      return true;
+    case kJPEG:
+      kind_ = Kind::jpeg;
+      return true;
+    case kMetafile:
+      kind_ = Kind::metafile;
+      return true;
+    case kEnhancedMetafile:
+      kind_ = Kind::enhancedMetafile;
+      return true;
+    case kBitmap:
+      kind_ = Kind::bitmap;
+      return true;
+    case kDeviceBitmap:
+      kind_ = Kind::unknown;
+      return true;
+    case kPictureWidth:
+      width_ = parameter;
+      return true;
+    case kPictureHeight:
+      height_ = parameter;
+      return true;
+    case kWantedWidth:
+      wantedWidth_ = parameter;
+      return true;
+    case kWantedHeight:
+      wantedHeight_ = parameter;
+      return true;
+    case kScaleX:
+      scaleX_ = parameter;
+      return true;
+    case kScaleY:
+      scaleY_ = parameter;
+      return true;
+    default:
+      return false;
+  }
+}
+
+void RTFPicture::hex(std::string_view digits) {
+  for (const char c : digits) {
+    const int digit = kDigits[static_cast<uint8_t>(c)];
+    if (digit < 0) continue;
+    if (high_ < 0) {
+      high_ = digit;
+    } else {
+      bytes_ += static_cast<char>(high_ << 4 | digit);
+      high_ = -1;
+    }
+  }
+}
+
+// Some writers name one kind and store another.
+RTFPicture::Kind RTFPicture::kindByBytes() const {
+  const std::string_view bytes = bytes_;
+  if (bytes.starts_with("\x89PNG\r\n\x1A\n")) return Kind::png;
+  if (bytes.starts_with("\xFF\xD8\xFF")) return Kind::jpeg;
+  return kind_ == Kind::png || kind_ == Kind::jpeg ? Kind::unknown : kind_;
+}
+
+std::shared_ptr<const NSTextAttachment> RTFPicture::attachment() && {
+  const Kind kind = kindByBytes();
+  const bool isMetafile = kind == Kind::metafile || kind == Kind::enhancedMetafile;
+  auto attachment = std::make_shared<NSTextAttachment>();
+  attachment->width = points(wantedWidth_, width_, scaleX_, isMetafile);
+  attachment->height = points(wantedHeight_, height_, scaleY_, isMetafile);
+  switch (kind) {
+    case Kind::png:
+      attachment->type = u"image/png"_ns;
+      attachment->contents = NSData(std::move(bytes_));
+      break;
+    case Kind::jpeg:
+      attachment->type = u"image/jpeg"_ns;
+      attachment->contents = NSData(std::move(bytes_));
+      break;
+    case Kind::bitmap:
+      attachment->type = u"image/bmp"_ns;
+      if (std::string file = bitmapFile(bytes_); !file.empty()) {
+        attachment->contents = NSData(std::move(file));
+      }
+      break;
+    case Kind::metafile:
+      attachment->type = u"image/x-wmf"_ns;
+      break;
+    case Kind::enhancedMetafile:
+      attachment->type = u"image/x-emf"_ns;
+      break;
+    case Kind::unknown:
+      break;
+  }
+  const bool hasSize = attachment->width > 0 && attachment->height > 0;
+  if (!attachment->contents && (bytes_.empty() || !hasSize)) return nullptr;
+  return attachment;
+}
+
+}  // namespace kelspar

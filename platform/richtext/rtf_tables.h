@@ -1,0 +1,60 @@
+// Tables of an RTF document: rows as they are defined, the cells that paragraphs stand in.
+// Internal.
+#pragma once
+
+#include <optional>
+#include <vector>
+
+#include "platform/richtext/NSTextAttributes.h"
+#include "platform/richtext/rtf_keywords.h"
+
+namespace kelspar {
+
+// Where a cell stands in its table is known when the table has ended: edges of all rows make the
+// columns. Until then the paragraphs' styles are kept, and then completed.
+class RTFTables {
+ public:
+  // A deeper table counts as one of this depth.
+  static constexpr int32_t kDeepest = 16;
+
+  // A word of a row's definition, in a table of this depth (1: outermost); false for any other.
+  // `background` is the colour that the parameter of \clcbpat stands for.
+  bool word(int32_t word, int32_t parameter, int32_t depth,
+            const std::optional<NSColor>& background);
+
+  // A paragraph of a cell ends: enters the cells it stands in into the style.
+  void paragraph(std::shared_ptr<NSParagraphStyle> style, int32_t depth);
+  void cellEnds(int32_t depth);
+  void rowEnds(int32_t depth);
+  // Whether the row of the outermost table has cells already.
+  [[nodiscard]] bool isInRow() const { return !open_.empty() && open_[0].cell > 0; }
+  // Ends the tables deeper than this; 0 ends all.
+  void closeBelow(int32_t depth);
+
+ private:
+  struct Cell {
+    int32_t edge = 0;  // right, in twips
+    double border = 0;
+    std::optional<NSColor> background;
+    bool firstDown = false, mergedDown = false, merged = false;
+  };
+  using Row = std::vector<Cell>;
+  struct Entry {
+    std::shared_ptr<NSParagraphStyle> style;
+    uint32_t row, cell;
+  };
+  struct Table {
+    uint32_t identity = 0;
+    uint32_t cell = 0;  // of the row at hand
+    std::vector<Row> rows;
+    std::vector<Entry> entries;
+  };
+  void complete(const Table& table, size_t depth) const;
+
+  std::vector<Table> open_;       // by depth
+  std::vector<Row> definitions_;  // by depth
+  Cell next_;                     // the cell whose \cellx is to come
+  uint32_t tables_ = 0;
+};
+
+}  // namespace kelspar
