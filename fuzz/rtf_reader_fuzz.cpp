@@ -1,6 +1,8 @@
 // The RTF reader over any bytes: RTF or nil, and never more text than the input could hold.
+#include <algorithm>
 #include <cstdlib>
 
+#include "platform/richtext/NSAttributedString.h"
 #include "platform/richtext/rtf_reader.h"
 #include "platform/richtext/rtf_tokenizer.h"
 
@@ -10,6 +12,25 @@ namespace {
 
 void check(bool holds) {
   if (!holds) std::abort();
+}
+
+// Attributed text has the same characters, but for the pictures; its runs cover them.
+void checkAttributed(const NSData& rtf, const NSString& text) {
+  const NSAttributedString attributed = NSAttributedString::initWithRTF(rtf);
+  check(attributed.isNil() == text.isNil());
+  std::u16string units(attributed.string().view());
+  size_t at = 0, kept = 0;
+  for (const NSTextRun& run : attributed.runs()) {
+    check(run.length > 0 && run.attributes);
+    const bool isPicture = run.attributes->attachment != nullptr;
+    check(!isPicture || (run.length == 1 && units[at] == u'\uFFFC'));
+    for (const size_t end = at + run.length; at < end; ++at) {
+      if (!isPicture) units[kept++] = units[at];
+    }
+  }
+  check(at == units.size());
+  units.resize(kept);
+  check(units == text.view());
 }
 
 }  // namespace
@@ -26,6 +47,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* bytes, size_t size) {
   const NSString text = plainTextFromRTF(rtf);
   check(static_cast<bool>(text) == (findRTFStart(rtf.chars()) != std::string_view::npos));
   check(text.length() <= size);
+  checkAttributed(rtf, text);
   const NSString html = encapsulatedHTMLFromRTF(rtf);
   check(!html || text);
   check(html.length() <= 8 * size);  // "\-" becomes "&#8209;"

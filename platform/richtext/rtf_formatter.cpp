@@ -453,9 +453,12 @@ NSTextAttributes RTFFormatter::attributesOf(const Look& look) const {
   return attributes;
 }
 
-std::vector<NSTextRun> RTFFormatter::finish() {
-  settle();
+void RTFFormatter::endText() {
   if (text_.size() > paragraphStart_) paragraphEnds();
+}
+
+std::vector<NSTextRun> RTFFormatter::finish() {
+  endText();
   tables_.closeBelow(0);
   return std::move(runs_);
 }

@@ -45,6 +45,9 @@ class RTFFormatter {
   void cellEnds(bool nested);
   void rowEnds(bool nested);
 
+  // The document ends here, in a paragraph perhaps.
+  void endText();
+
   // The picture that the group described, or null. The reader appends U+FFFC and calls `attach`.
   [[nodiscard]] std::shared_ptr<const NSTextAttachment> takePicture();
   void attach(std::shared_ptr<const NSTextAttachment> attachment);

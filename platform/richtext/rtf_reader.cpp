@@ -65,9 +65,11 @@ class Reader {
 
   // False when the document has ended.
   bool read(const RTFToken& token) {
+    const bool first = std::exchange(atGroupStart_, false);
     switch (token.kind) {
       case RTFToken::Kind::groupStart:
         leaveFallback();
+        atGroupStart_ = true;
         groups_.open();
         if (rich_) rich_->open();
         return true;
@@ -78,7 +80,11 @@ class Reader {
         word(token);
         return true;
       case RTFToken::Kind::symbol:
-        symbol(token.byte);
+        if (token.byte == '*') {
+          starred_ = first;  // in the middle of a group it says nothing
+        } else {
+          symbol(token.byte);
+        }
         return true;
       case RTFToken::Kind::hex:
         hexByte(token.byte);
@@ -94,6 +100,7 @@ class Reader {
 
   void endGroup() {
     leaveFallback();
+    if (rich_ && groups_.depth() == 1) rich_->endText();
     const Destination ended = groups_.state().destination;
     groups_.close();
     if (!rich_) return;
@@ -227,11 +234,19 @@ class Reader {
         if (c != 0) out_.push_back(unitOfSymbol(symbols, static_cast<uint8_t>(c)));
       }
     } else {
-      page().append(pending_, &out_);
+      decodingPage().append(pending_, &out_);
     }
     pending_.clear();
     scanned_ = 0;
     lead_ = false;
+  }
+
+  // Half of a double-byte character alone is a bullet or a dash of a writer that kept Latin fonts'
+  // bytes under an Asian charset.
+  [[nodiscard]] const CodePage& decodingPage() const {
+    const CodePage& page = this->page();
+    const bool isHalf = pending_.size() == 1 && page.isLeadByte(static_cast<uint8_t>(pending_[0]));
+    return isHalf ? CodePage::numbered(1252) : page;
   }
 
   [[nodiscard]] int32_t font() const {
@@ -264,10 +279,6 @@ class Reader {
   }
 
   void symbol(uint8_t c) {
-    if (c == '*') {
-      starred_ = true;
-      return;
-    }
     starred_ = false;
     if (fallback_ > 0) {
       --fallback_;
@@ -567,6 +578,7 @@ class Reader {
   int32_t defaultFont_ = 0;
   uint32_t fallback_ = 0;  // characters still to be skipped behind \u
   bool starred_ = false;   // "\*" stands right before
+  bool atGroupStart_ = false;
   bool fromHTML_ = false;
   std::string pending_;
   size_t scanned_ = 0;  // bytes of it that were looked at for halves of characters

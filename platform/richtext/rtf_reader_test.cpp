@@ -2,8 +2,21 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+
+#include "platform/richtext/NSAttributedString.h"
+
 namespace kelspar {
 namespace {
+
+std::u16string withoutPictures(const NSString& text) {
+  std::u16string units(text.view());
+  std::erase(units, u'\uFFFC');
+  return units;
+}
 
 struct Row {
   const char* name;
@@ -14,6 +27,8 @@ class PlainText : public testing::TestWithParam<Row> {};
 TEST_P(PlainText, Gives) {
   const std::string rtf = "{\\rtf1" + std::string(GetParam().body) + "}";
   EXPECT_EQ(plainTextFromRTF(NSData(rtf)).view(), GetParam().text);
+  EXPECT_EQ(withoutPictures(NSAttributedString::initWithRTF(NSData(rtf)).string()),
+            GetParam().text);
 }
 constexpr Row kRows[] = {
     {"Paragraphs", " a\\par b\\par", u"a\nb\n"},
@@ -58,6 +73,17 @@ constexpr Row kRows[] = {
     {"DeletedText", " a{\\deleted b}c", u"ac"},
     {"UnknownDestination", " a{\\*\\unknown b{c}d}e", u"ae"},
     {"UnknownWord", " a\\unknown b", u"ab"},
+    {"StarInTheMiddleOfAGroup", " {a\\*\\unknown b}c", u"abc"},
+    {"SymbolFont", "{\\fonttbl{\\f1\\fcharset2 Symbol;}}\\f1 \\'b7a\\f0 a", u"\u2022\u03B1a"},
+    {"SymbolFontPrivateUnits", "{\\fonttbl{\\f1\\fcharset2 Wingdings;}}\\f1\\u-3844?", u"\u2713"},
+    {"HalfACharacterIsLatin", "\\ansicpg932 \\'95\\tab x", u"\u2022\tx"},
+    {"SectionBehindAParagraph", " a\\par\\sect b\\sect c", u"a\nb\nc"},
+    {"TextBox", " a{\\shp{\\*\\shpinst{\\sp{\\sn x}{\\sv 1}}{\\shptxt box}}{\\shprslt old}}b",
+     u"aboxb"},
+    {"UnicodeDestinationWithoutItsUpr", "{\\*\\unknown{\\*\\ud x}}y", u"y"},
+    {"SkippedGroupsWithBinaryData", "{\\*\\unknown\\bin3 }}}x\\}{\\{}}y", u"y"},
+    {"NestedInstruction",
+     "{\\field{\\*\\fldinst IF {\\field{\\*\\fldinst A}{\\fldrslt b}}}{\\fldrslt c}}", u"c"},
     {"StarredTextDestination", " {\\*\\pntext x}a", u"xa"},
     {"TablesOfTheHeader",
      "{\\fonttbl{\\f0 Arial;}}{\\colortbl;\\red1;}{\\stylesheet{s;}}{\\info{\\title t}}a", u"a"},
@@ -102,6 +128,32 @@ TEST(PlainTextEdges, AMillionGroupsAreACounter) {
   for (int i = 0; i < 300'000; ++i) words += "{\\v0";
   EXPECT_EQ(plain("{\\rtf1 a" + words + " b}"), NSString(u"ab"));
 }
+
+TEST(PlainTextEdges, HalvesOfCharactersAreCountedOnce) {
+  std::string pairs = "\\ansicpg932 ";
+  for (int i = 0; i < 200'000; ++i) pairs += "\\'83\\\\";
+  EXPECT_EQ(plain("{\\rtf1" + pairs + "}").length(), 200'000u);
+}
+
+#ifdef KELSPAR_CORPUS
+TEST(RTFCorpus, AttributedTextHasThePlainCharacters) {
+  size_t documents = 0;
+  for (const char* folder : {"/rtf", "/lzfu"}) {
+    for (const auto& entry :
+         std::filesystem::directory_iterator(KELSPAR_CORPUS + std::string(folder))) {
+      if (entry.path().extension() != ".rtf") continue;
+      std::ifstream file(entry.path(), std::ios::binary);
+      const NSData rtf(std::string{std::istreambuf_iterator<char>(file), {}});
+      const NSString text = plainTextFromRTF(rtf);
+      const NSAttributedString attributed = NSAttributedString::initWithRTF(rtf);
+      ASSERT_EQ(text.isNil(), attributed.isNil()) << entry.path();
+      EXPECT_EQ(withoutPictures(attributed.string()), withoutPictures(text)) << entry.path();
+      ++documents;
+    }
+  }
+  EXPECT_GT(documents, 300u);
+}
+#endif
 
 }  // namespace
 }  // namespace kelspar

@@ -1,0 +1,143 @@
+#include "platform/richtext/html_writer.h"
+
+#include <gtest/gtest.h>
+
+namespace kelspar {
+namespace {
+
+// What stands in the body of the document for this RTF.
+std::string bodyOf(std::string_view rtf) {
+  const std::string html = htmlFromAttributedString(NSAttributedString::initWithRTF(
+                                                        NSData("{\\rtf1" + std::string(rtf) + "}")))
+                               .utf8();
+  const std::string_view open = "<body>\n", close = "</body>\n</html>\n";
+  EXPECT_TRUE(html.starts_with("<!DOCTYPE html>\n<html>\n<head>\n<meta charset=\"utf-8\">\n"));
+  EXPECT_TRUE(html.ends_with(close));
+  const size_t start = html.find(open) + open.size();
+  return html.substr(start, html.size() - close.size() - start);
+}
+
+std::string headOf(const NSAttributedString& text) {
+  const std::string html = htmlFromAttributedString(text).utf8();
+  return html.substr(0, html.find("<body>"));
+}
+
+struct Row {
+  const char* name;
+  std::string_view rtf, body;
+};
+class HTMLWriter : public testing::TestWithParam<Row> {};
+TEST_P(HTMLWriter, Writes) { EXPECT_EQ(bodyOf(GetParam().rtf), GetParam().body); }
+constexpr Row kRows[] = {
+    {"Empty", "", ""},
+    {"Paragraphs", " a\\par b", "<p>a</p>\n<p>b</p>\n"},
+    {"EmptyParagraph", " a\\par\\par b", "<p>a</p>\n<p><br></p>\n<p>b</p>\n"},
+    {"Line", " a\\line b", "<p>a<br>b</p>\n"},
+    {"Escapes", " <a href=\"x\">&\\~", "<p>&lt;a href=&quot;x&quot;&gt;&amp;&nbsp;</p>\n"},
+    {"Inline", " a{\\b b{\\i c}}{\\ul d}{\\strike e}",
+     "<p>a<b>b</b><b><i>c</i></b><u>d</u><s>e</s></p>\n"},
+    {"Look", "{\\colortbl;\\red255\\green0\\blue0;}aa{\\cf1\\fs20 b}",
+     "<p>aa<span class=\"s1\">b</span></p>\n"},
+    {"ParagraphClass", "\\qc a\\par b\\par\\pard c",
+     "<p class=\"p1\">a</p>\n<p class=\"p1\">b</p>\n<p>c</p>\n"},
+    {"Heading", "\\outlinelevel0 a\\par\\pard b", "<h1>a</h1>\n<p>b</p>\n"},
+    {"Link", "{\\field{\\*\\fldinst HYPERLINK \"http://a/?b&c\"}{\\fldrslt a{\\b b}}}",
+     "<p><a href=\"http://a/?b&amp;c\">a<b>b</b></a></p>\n"},
+    {"ColoredLink", "{\\field{\\*\\fldinst HYPERLINK \"http://a/\"}{\\fldrslt{\\ul a}}}",
+     "<p><a href=\"http://a/\" class=\"k\"><u>a</u></a></p>\n"},
+    {"UnsafeLink", "{\\field{\\*\\fldinst HYPERLINK \"javascript:a()\"}{\\fldrslt a}}",
+     "<p>a</p>\n"},
+    {"Bullets",
+     "{\\*\\pn\\pnlvlblt}{\\pntext\\bullet\\tab}a\\par{\\pntext\\bullet\\tab}b\\par\\pard c",
+     "<ul class=\"o1\">\n<li>a</li>\n<li>b</li>\n</ul>\n<p>c</p>\n"},
+    {"OtherBullets", "{\\*\\pn\\pnlvlblt}{\\pntext -\\tab}a\\par",
+     "<ul class=\"o1\">\n<li class=\"n\">-\ta</li>\n</ul>\n"},
+    {"Numbers", "{\\*\\pn\\pnlvlbody\\pndec}{\\pntext 1.\\tab}a\\par{\\pntext 5.\\tab}b\\par",
+     "<ol>\n<li>a</li>\n<li value=\"5\">b</li>\n</ol>\n"},
+    {"Romans", "{\\*\\pn\\pnlvlbody\\pnlcrm}{\\pntext i.\\tab}a\\par{\\pntext ii.\\tab}b\\par",
+     "<ol class=\"o1\">\n<li>a</li>\n<li>b</li>\n</ol>\n"},
+    {"ParagraphOfAnItem", "{\\*\\pn\\pnlvlblt}{\\pntext\\bullet\\tab}a\\par b\\par",
+     "<ul class=\"o1\">\n<li>a<p>b</p></li>\n</ul>\n"},
+    {"NestedLists",
+     "{\\*\\listtable{\\list{\\listlevel\\levelnfc0}{\\listlevel\\levelnfc4}\\listid7}}"
+     "{\\*\\listoverridetable{\\listoverride\\listid7\\ls1}}"
+     "\\ls1{\\listtext 1.\\tab}a\\par\\ilvl1{\\listtext a.\\tab}b\\par\\ilvl0{\\listtext "
+     "2.\\tab}c\\par",
+     "<ol>\n<li>a<ol class=\"o1\"><li>b</li></ol></li>\n<li>c</li>\n</ol>\n"},
+    {"Table",
+     "\\trowd\\cellx1000\\cellx2000\\intbl a\\cell\\cell\\row c\\par d\\cell e\\cell\\row\\pard f",
+     "<table>\n<tbody>\n<tr><td class=\"c1\"><p>a</p>\n</td><td class=\"c1\"><p></p>\n</td></tr>\n"
+     "<tr><td class=\"c1\"><p>c</p>\n<p>d</p>\n</td><td class=\"c1\"><p>e</p>\n</td></tr>\n"
+     "</tbody>\n</table>\n<p>f</p>\n"},
+    {"Spans",
+     "\\trowd\\clvmgf\\cellx1000\\cellx2000\\intbl a\\cell b\\cell\\row"
+     "\\trowd\\clvmrg\\cellx1000\\cellx2000\\cell d\\cell\\row",
+     "<table>\n<tbody>\n<tr><td rowspan=\"2\" class=\"c1\"><p>a</p>\n</td><td "
+     "class=\"c1\"><p>b</p>\n"
+     "</td></tr>\n<tr><td class=\"c1\"><p>d</p>\n</td></tr>\n</tbody>\n</table>\n"},
+    {"Picture", "{\\pict\\pngblip\\picwgoal150\\pichgoal75 89504e470d0a1a0a}",
+     "<p><img src=\"data:image/png;base64,iVBORw0KGgo=\" alt=\"\" width=\"10\" "
+     "height=\"5\"></p>\n"},
+    {"Placeholder", "{\\pict\\wmetafile8\\picwgoal150\\pichgoal75 0100}",
+     "<p><img alt=\"\" width=\"10\" height=\"5\"></p>\n"},
+    {"Controls", "\\u1?\\u-2?\\u-10179?x", "<p>\xEF\xBF\xBD\xEF\xBF\xBD\xEF\xBF\xBDx</p>\n"},
+    {"BeyondTheFirstPlane", "\\u-10179?\\u-8704?", "<p>\xF0\x9F\x98\x80</p>\n"},
+};
+INSTANTIATE_TEST_SUITE_P(HTML, HTMLWriter, testing::ValuesIn(kRows),
+                         [](const auto& row) { return std::string(row.param.name); });
+
+TEST(HTMLWriterEdges, NilIsNil) {
+  EXPECT_FALSE(htmlFromAttributedString(nil));
+  EXPECT_TRUE(htmlFromAttributedString(NSAttributedString::empty()));
+}
+
+TEST(HTMLWriterEdges, RulesStandInTheHead) {
+  NSTextAttributes attributes;
+  attributes.font.family = u"A';}</style><script>";
+  attributes.font.size = 10.5;
+  attributes.foreground = NSColor{1, 2, 255};
+  const std::string head = headOf(NSAttributedString(u"a", attributes));
+  EXPECT_NE(head.find("body{font-family:'A/stylescript';font-size:10.5pt}\n"), head.npos) << head;
+  EXPECT_NE(head.find(".s1{color:#0102ff}\n"), head.npos) << head;
+}
+
+TEST(HTMLWriterEdges, QuotesAndPreformatted) {
+  NSParagraphStyle style;
+  style.quoteLevel = 2;
+  style.preformatted = true;
+  NSTextAttributes attributes;
+  attributes.paragraph = std::make_shared<NSParagraphStyle>(style);
+  const std::string html = htmlFromAttributedString(NSAttributedString(u"a\nb", attributes)).utf8();
+  EXPECT_NE(html.find("<blockquote>\n<blockquote>\n<pre>a</pre>\n<pre>b</pre>\n</blockquote>\n"
+                      "</blockquote>\n</body>"),
+            html.npos)
+      << html;
+}
+
+TEST(HTMLWriterEdges, RemoteImagesKeepTheirPlace) {
+  const auto written = [](const char16_t* source) {
+    NSTextAttachment image;
+    image.source = source;
+    image.alternative = u"\"x\"";
+    NSTextAttributes attributes;
+    attributes.attachment = std::make_shared<NSTextAttachment>(image);
+    return htmlFromAttributedString(NSAttributedString(u"\uFFFC", attributes)).utf8();
+  };
+  EXPECT_NE(written(u"cid:a\"b").find("<img src=\"cid:a&quot;b\" alt=\"&quot;x&quot;\">"),
+            std::string::npos);
+  EXPECT_NE(written(u"javascript:x").find("<img alt=\"&quot;x&quot;\">"), std::string::npos);
+}
+
+TEST(SafeLinks, AreOfFewSchemes) {
+  for (const char16_t* link :
+       {u"http://a", u"HTTPS://a", u"mailto:a", u"tel:1", u"ftp://a", u"cid:a", u"#a"}) {
+    EXPECT_TRUE(isSafeLink(link));
+  }
+  for (const char16_t* link : {u"", u"a", u"javascript:x", u" http://a", u"data:text/html,x",
+                               u"file:///etc", u"java\nscript:", u"//a"}) {
+    EXPECT_FALSE(isSafeLink(link));
+  }
+}
+
+}  // namespace
+}  // namespace kelspar
