@@ -1,0 +1,91 @@
+// NSDateFormatter on ICU. A SimpleDateFormat costs tens of microseconds to build and is not safe to
+// share: each thread keeps those that it uses.
+#include "platform/calendar/NSDateFormatter.h"
+
+#include <unicode/calendar.h>
+#include <unicode/smpdtfmt.h>
+
+#include <cmath>
+#include <map>
+#include <memory>
+#include <string>
+#include <tuple>
+
+namespace kelspar {
+
+namespace {
+
+// Stands for the medium date and short time style; no pattern can be this.
+constexpr const char16_t* kStyle = u"\uFFFF";
+
+icu::UnicodeString icuText(const NSString& text) {
+  return {false, text.view().data(), static_cast<int32_t>(text.length())};
+}
+
+using Format = std::unique_ptr<icu::DateFormat>;
+
+Format make(const NSString& pattern, const NSString& locale, const NSString& timeZone) {
+  const auto where = locale.isEmpty() ? icu::Locale::getDefault()
+                                      : icu::Locale::createCanonical(locale.utf8().c_str());
+  UErrorCode error = U_ZERO_ERROR;
+  Format format(pattern == NSString(kStyle)
+                    ? icu::DateFormat::createDateTimeInstance(icu::DateFormat::kMedium,
+                                                              icu::DateFormat::kShort, where)
+                    : new icu::SimpleDateFormat(icuText(pattern), where, error));
+  if (!format || U_FAILURE(error)) return nullptr;
+  if (timeZone) format->adoptTimeZone(icu::TimeZone::createTimeZone(icuText(timeZone)));
+  format->setLenient(false);
+  return format;
+}
+
+icu::DateFormat* formatFor(const NSString& pattern, const NSString& locale,
+                           const NSString& timeZone) {
+  using Key = std::tuple<std::u16string, std::u16string, std::u16string>;
+  constexpr size_t kMostKept = 64;  // a host's own patterns are not kept for ever
+  thread_local std::map<Key, Format> kept;
+  Key key(pattern.view(), locale.view(), timeZone.view());
+  const auto found = kept.find(key);
+  if (found != kept.end()) return found->second.get();
+  if (kept.size() >= kMostKept) kept.clear();
+  return (kept[std::move(key)] = make(pattern, locale, timeZone)).get();
+}
+
+// The date at the text's start, and in `*end` where it stops.
+NSDate parse(icu::DateFormat* format, const NSString& text, size_t* end) {
+  if (!format || !text || text.length() > INT32_MAX) return nil;
+  icu::ParsePosition position(0);
+  const UDate milliseconds = format->parse(icuText(text), position);
+  if (position.getIndex() == 0) return nil;
+  *end = static_cast<size_t>(position.getIndex());
+  return NSDate::since1970(milliseconds / 1000);
+}
+
+}  // namespace
+
+NSDateFormatter::NSDateFormatter(const NSString& pattern, const NSString& locale,
+                                 const NSString& timeZone)
+    : pattern_(pattern), locale_(locale), timeZone_(timeZone) {}
+
+NSDateFormatter NSDateFormatter::mediumDateShortTime() { return {kStyle, nil}; }
+
+NSDate NSDateFormatter::dateFromString(const NSString& text) const {
+  size_t end = 0;
+  NSDate date = parse(formatFor(pattern_, locale_, timeZone_), text, &end);
+  return end == text.length() ? date : nil;
+}
+
+NSDate NSDateFormatter::dateFromPrefix(const NSString& text) const {
+  size_t end = 0;
+  return parse(formatFor(pattern_, locale_, timeZone_), text, &end);
+}
+
+NSString NSDateFormatter::stringFromDate(const NSDate& date) const {
+  icu::DateFormat* format = formatFor(pattern_, locale_, timeZone_);
+  if (!format || !date || !std::isfinite(date.secondsSince1970())) return nil;
+  icu::UnicodeString text;
+  // ICU counts milliseconds and rounds toward the past.
+  format->format(std::floor(date.secondsSince1970() * 1000), text);
+  return std::u16string_view(text.getBuffer(), static_cast<size_t>(text.length()));
+}
+
+}  // namespace kelspar
