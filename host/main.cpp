@@ -7,6 +7,7 @@
 #include "host/call.h"
 #include "host/colours.h"
 #include "host/convert.h"
+#include "host/date.h"
 #include "host/files.h"
 
 namespace {
@@ -37,6 +38,25 @@ void addColours(CLI::App& app, ColoursOptions& options) {
       "lines, from 1");
   command->add_option("INPUT", options.input, "File to read, \"-\" for standard input")->required();
   command->callback([&options] { colours(options); });
+}
+
+void addDate(CLI::App& app, DateOptions& options) {
+  const auto kinds = [](const char* text) {
+    return CLI::IsMember({text, "mapi", "ole", "hfs", "vms", "cf", "unix"});
+  };
+  CLI::App* command = app.add_subcommand(
+      "date",
+      "Read date texts or time values and print them, ISO 8601 in the local zone by default");
+  command->add_option(
+      "TEXT", options.inputs,
+      "Date texts, or numbers with --from; lines of standard input when there are none");
+  command->add_option("--from", options.from, "What the inputs are")
+      ->check(kinds("text"))
+      ->capture_default_str();
+  command->add_option("--to", options.to, "What is printed")
+      ->check(kinds("iso") | CLI::IsMember({"mime"}))
+      ->capture_default_str();
+  command->callback([&options] { date(options); });
 }
 
 void addCall(CLI::App& app, CallOptions& options) {
@@ -73,9 +93,11 @@ int main(int argc, char** argv) {
   app.footer(kFooter);
   ConvertOptions convertOptions;
   ColoursOptions coloursOptions;
+  DateOptions dateOptions;
   CallOptions callOptions;
   addConvert(app, convertOptions);
   addColours(app, coloursOptions);
+  addDate(app, dateOptions);
   addCall(app, callOptions);
   try {
     app.parse(argumentsOf(argc, argv));

@@ -127,6 +127,27 @@ class CommandLine(unittest.TestCase):
             self.assertEqual(result.returncode, 0)
             self.assertIn(b'kelspar', result.stdout + b'kelspar' * (arguments[0] == 'convert'))
 
+    def test_date(self):
+        os.environ['TZ'] = 'UTC'
+        result = run('date', 'Thu, 01 Jan 1970 00:00:00 +0000', '1970-01-02')
+        self.assertEqual(result.stdout.decode(), '1970-01-01T00:00:00Z\n1970-01-02T00:00:00Z\n')
+        result = run('date', '--from', 'mapi', '116444736000000000', '--to', 'mime')
+        self.assertEqual(result.stdout.decode(), 'Thu, 01 Jan 1970 00:00:00 +0000\n')
+        for kind, value in [('ole', '25569.5'), ('hfs', '2082888000'), ('unix', '43200'),
+                            ('vms', '35067600000000000'), ('cf', '-978264000.0'), ('mapi', '116445168000000000')]:
+            back = run('date', '--from', kind, '--to', kind, '--', value).stdout.decode().strip()
+            self.assertEqual(float(back), float(value), kind)
+            noon = run('date', '--from', kind, '--', value).stdout.decode()
+            self.assertEqual(noon, '1970-01-01T12:00:00Z\n', kind)
+
+    def test_date_errors(self):
+        result = run('date', stdin=b'1970-01-01\nnonsense\n')
+        self.assertEqual(result.returncode, 1)
+        self.assertEqual(result.stdout.count(b'\n'), 1)
+        self.assertIn(b'nonsense: is no date', result.stderr)
+        self.assert_fails(run('date', '--from', 'mapi', '12x'), 1, '12x')
+        self.assert_fails(run('date', '--from', 'nope', '1'), 2)
+
     def test_call(self):
         result = run('call', 'stringFromRTFData', '--receiver', '{"$data":"e1xydGYxIGhpfQ=="}')
         self.assertEqual(json.loads(result.stdout), {'value': 'hi'})

@@ -1,0 +1,84 @@
+// Dates from and to their representations.
+#include "host/date.h"
+
+#include <charconv>
+#include <iostream>
+
+#include "TimeKelspar/TimeKelspar.h"
+#include "TimeKelspar/TimeKelsparNSDateAdditions.h"
+#include "host/files.h"
+
+namespace kelspar::host {
+
+namespace {
+
+// A whole word as a number; false for anything else.
+template <class Number>
+bool parse(const std::string& word, Number* number) {
+  const char* const end = word.data() + word.size();
+  const auto result = std::from_chars(word.data(), end, *number);
+  return result.ec == std::errc() && result.ptr == end && !word.empty();
+}
+
+template <class Number, class Convert>
+NSDate fromNumber(const std::string& word, Convert convert) {
+  Number number{};
+  return parse(word, &number) ? convert(number) : NSDate();
+}
+
+NSDate read(const std::string& word, const std::string& from) {
+  if (from == "mapi") return fromNumber<uint64_t>(word, TimeKelspar::dateFromMAPITime);
+  if (from == "ole") return fromNumber<double>(word, TimeKelspar::dateFromOLEDate);
+  if (from == "hfs") return fromNumber<uint32_t>(word, TimeKelspar::dateFromHFSDate);
+  if (from == "cf") return fromNumber<double>(word, TimeKelspar::dateFromCFAbsoluteTime);
+  if (from == "unix") return fromNumber<double>(word, NSDate::since1970);
+  if (from == "vms") {
+    return fromNumber<uint64_t>(word, [](uint64_t time) {
+      return NSDate::since1970(static_cast<double>(TimeKelspar::getUnixTimeFromVMSTime(time)));
+    });
+  }
+  return TimeKelspar::dateFromMIMEString(word);
+}
+
+std::string write(const NSDate& date, const std::string& to) {
+  const auto seconds = NSNumber(date.secondsSince1970()).longValue();
+  if (to == "mapi") return std::to_string(TimeKelspar::mapiTimeFromDate(date));
+  if (to == "ole") return NSNumber(TimeKelspar::oleDateFromDate(date)).description().utf8();
+  if (to == "hfs") return std::to_string(TimeKelspar::hfsDateFromDate(date));
+  if (to == "vms") return std::to_string(TimeKelspar::getVMSTimeFromUnixTime(seconds));
+  if (to == "unix") return std::to_string(seconds);
+  if (to == "cf") {
+    return NSNumber(date.secondsSince1970() - NSDate::sinceReferenceDate(0).secondsSince1970())
+        .description()
+        .utf8();
+  }
+  if (to == "mime") return TimeKelspar::mimeStringFromDate(date).utf8();
+  return TimeKelsparNSDateAdditions::convertDateToStringWithFormat(
+             date, u"yyyy-MM-dd'T'HH:mm:ssXXX", u"en_US_POSIX")
+      .utf8();
+}
+
+// False, and a line on standard error, for an input that is no date.
+bool convertOne(const std::string& word, const DateOptions& options) {
+  const NSDate date = read(word, options.from);
+  if (!date) {
+    std::cerr << "kelspar: " << word << ": is no date"
+              << (options.from == "text" ? "" : " of the kind " + options.from) << '\n';
+    return false;
+  }
+  writeOutput("", write(date, options.to) + "\n");
+  return true;
+}
+
+}  // namespace
+
+void date(const DateOptions& options) {
+  size_t failed = 0;
+  for (const std::string& word : options.inputs) failed += !convertOne(word, options);
+  if (options.inputs.empty()) {
+    for (std::string line; std::getline(std::cin, line);) failed += !convertOne(line, options);
+  }
+  if (failed > 0) throw Failure(kInputFailed, std::to_string(failed) + " could not be read");
+}
+
+}  // namespace kelspar::host
