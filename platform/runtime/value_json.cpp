@@ -12,6 +12,7 @@
 #include "platform/runtime/Operations.h"
 #include "platform/runtime/attributed_json.h"
 #include "platform/runtime/regex_value.h"
+#include "platform/runtime/text_field_value.h"
 #include "platform/unicode/NSCharacterSet.h"
 
 namespace kelspar::runtime {
@@ -161,6 +162,7 @@ constexpr TaggedForm kForms[] = {
     {u"$double", readDouble},
     {u"$regex", readRegex},
     {u"$rtf", readRTF},
+    {u"$textField", readTextField},
     {u"$url", readURL},
     {u"$utf16", readUnits},
 };

@@ -31,6 +31,9 @@ class NSCharacterSet : public id {
   friend class CharacterSetContents;
 };
 
+// The value of a decimal digit of any script (general category Nd); -1 for other units.
+[[nodiscard]] int decimalDigitValue(char16_t unit);
+
 // The text without the units of `set` at both ends. The receiver itself when there are none; nil
 // for nil.
 [[nodiscard]] NSString stringByTrimming(const NSString& text, const NSCharacterSet& set);

@@ -83,6 +83,10 @@ bool NSCharacterSet::contains(char16_t unit) const noexcept {
   return *this && static_cast<const CharacterSetContents*>(contents())->contains(unit);
 }
 
+int decimalDigitValue(char16_t unit) {
+  return u_charType(unit) == U_DECIMAL_DIGIT_NUMBER ? u_charDigitValue(unit) : -1;
+}
+
 NSString stringByTrimming(const NSString& text, const NSCharacterSet& set) {
   const auto units = text.view();
   size_t from = 0, to = units.size();

@@ -1,0 +1,186 @@
+#include "platform/unicode/NSEncodingDetector.h"
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <map>
+#include <string>
+
+namespace kelspar {
+namespace {
+
+using namespace std::string_view_literals;
+
+struct Row {
+  const char* name;
+  std::string_view bytes;
+  NSStringEncoding encoding;
+  std::u16string_view text;
+};
+class Detecting : public testing::TestWithParam<Row> {};
+TEST_P(Detecting, Gives) {
+  const auto found = stringEncodingForData(NSData(GetParam().bytes));
+  EXPECT_EQ(found.encoding, GetParam().encoding);
+  EXPECT_EQ(found.text, NSString(GetParam().text));
+  EXPECT_FALSE(found.usedLossyConversion);
+}
+constexpr Row kRows[] = {
+    {"Empty", "", NSASCIIStringEncoding, u""},
+    {"Ascii", "plain", NSASCIIStringEncoding, u"plain"},
+    {"UTF8", "caf\xC3\xA9", NSUTF8StringEncoding, u"caf\u00E9"},
+    {"ShortUTF8", "\xC3\xA9", NSUTF8StringEncoding, u"\u00E9"},
+    {"UTF8Mark",
+     "\xEF\xBB\xBF"
+     "a",
+     NSUTF8StringEncoding, u"a"},
+    {"UTF16BigMark", "\xFE\xFF\0a"sv, NSUTF16BigEndianStringEncoding, u"a"},
+    {"UTF16LittleMark",
+     "\xFF\xFE"
+     "a\0"sv,
+     NSUTF16LittleEndianStringEncoding, u"a"},
+    {"UTF32LittleMark", "\xFF\xFE\0\0a\0\0\0"sv, NSUTF32LittleEndianStringEncoding, u"a"},
+    {"UTF32BigMark", "\0\0\xFE\xFF\0\0\0a"sv, NSUTF32BigEndianStringEncoding, u"a"},
+    {"UTF16NoMark", "w\0i\0d\0e\0 \0t\0"sv, NSUTF16LittleEndianStringEncoding, u"wide t"},
+    {"UTF16BigNoMark", "\0w\0i\0d\0e\0 \0t"sv, NSUTF16BigEndianStringEncoding, u"wide t"},
+    {"UTF32NoMark", "\0\0\0a\0\0\0b\0\0\0c"sv, NSUTF32BigEndianStringEncoding, u"abc"},
+    {"TextWithAZeroByteIsNotWide", "text\0more"sv, NSASCIIStringEncoding, u"text\0more"sv},
+    {"ISO2022JP", "\x1B$B$\"\x1B(B", NSISO2022JPStringEncoding, u"\u3042"},
+    {"ISO2022KR", "\x1B$)C\x0E\x30\x21\x0F", 0x80000840, u"\uAC00"},
+    {"HZ", "~{Dc:C~} a", 0x80000A05, u"\u4F60\u597D a"},
+    {"TildesAreNotHZ", "a ~{b~} c", NSASCIIStringEncoding, u"a ~{b~} c"},
+    {"French",
+     "d\xE9j\xE0 vu, \xE7"
+     "a",
+     NSWindowsCP1252StringEncoding, u"d\u00E9j\u00E0 vu, \u00E7a"},
+    {"Quotes", "it\x92s", NSWindowsCP1252StringEncoding, u"it\u2019s"},
+    {"OneLetter", "\xE9", NSWindowsCP1252StringEncoding, u"\u00E9"},
+    {"Russian", "\xCF\xF0\xE8\xE2\xE5\xF2, \xEA\xE0\xEA \xE4\xE5\xEB\xE0",
+     NSWindowsCP1251StringEncoding,
+     u"\u041F\u0440\u0438\u0432\u0435\u0442, \u043A\u0430\u043A \u0434\u0435\u043B\u0430"},
+};
+INSTANTIATE_TEST_SUITE_P(NSEncodingDetector, Detecting, testing::ValuesIn(kRows),
+                         [](const auto& row) { return std::string(row.param.name); });
+
+TEST(Detecting, NilFitsNothing) {
+  const auto found = stringEncodingForData(nil);
+  EXPECT_EQ(found.encoding, 0u);
+  EXPECT_FALSE(found.text);
+}
+
+TEST(Detecting, OnlyTheSuggested) {
+  const NSData latin("caf\xE9"sv);
+  const NSStringEncoding turkish[] = {NSWindowsCP1254StringEncoding};
+  EXPECT_EQ(stringEncodingForData(latin, turkish, true).encoding, NSWindowsCP1254StringEncoding);
+  const NSStringEncoding ascii[] = {NSASCIIStringEncoding};
+  const auto lossy = stringEncodingForData(latin, ascii, true);
+  EXPECT_TRUE(lossy.usedLossyConversion);
+  EXPECT_EQ(lossy.text, NSString(u"caf\uFFFD"));
+}
+
+TEST(Detecting, DamagedUTF8IsReportedAsLoss) {
+  std::string text;
+  for (int i = 0; i < 30; ++i) text += "\xD0\xBF\xD1\x80 ";
+  const auto found = stringEncodingForData(NSData(text + "\xD0"));
+  EXPECT_EQ(found.encoding, NSUTF8StringEncoding);
+  EXPECT_TRUE(found.usedLossyConversion);
+}
+
+#ifdef KELSPAR_CORPUS
+
+// Folder of the corpus -> what its texts are decoded with for comparison.
+const std::map<std::string, NSStringEncoding> kFolders = {
+    {"ASCII", 1},
+    {"Big5", 0x80000A03},
+    {"CP850", 0x80000410},
+    {"CP852", 0x80000412},
+    {"CP949", 0x80000422},
+    {"EUC-JP", 3},
+    {"EUC-KR", 0x80000940},
+    {"GB18030", 0x80000632},
+    {"IBM855", 0x80000413},
+    {"IBM866", 0x8000041B},
+    {"ISO-2022-CN", 0x80000830},
+    {"ISO-2022-JP", 21},
+    {"ISO-2022-KR", 0x80000840},
+    {"ISO-8859-1", 5},
+    {"ISO-8859-10", 0x8000020A},
+    {"ISO-8859-13", 0x8000020D},
+    {"ISO-8859-14", 0x8000020E},
+    {"ISO-8859-15", 0x8000020F},
+    {"ISO-8859-16", 0x80000210},
+    {"ISO-8859-2", 9},
+    {"ISO-8859-3", 0x80000203},
+    {"ISO-8859-4", 0x80000204},
+    {"ISO-8859-5", 0x80000205},
+    {"ISO-8859-6", 0x80000206},
+    {"ISO-8859-7", 0x80000207},
+    {"ISO-8859-8", 0x80000208},
+    {"ISO-8859-9", 0x80000209},
+    {"KOI8-R", 0x80000A02},
+    {"KOI8-U", 0x80000A08},
+    {"Shift_JIS", 0x80000A01},
+    {"UTF-16BE", 0x90000100},
+    {"UTF-16LE", 0x94000100},
+    {"UTF-32BE", 0x98000100},
+    {"UTF-32LE", 0x9C000100},
+    {"UTF-8", 4},
+    {"big5hkscs", 0x80000A06},
+    {"gb2312", 0x80000930},
+    {"gbk", 0x80000631},
+    {"hz", 0x80000A05},
+    {"macintosh", 30},
+    {"windows-1250", 15},
+    {"windows-1251", 11},
+    {"windows-1252", 12},
+    {"windows-1253", 13},
+    {"windows-1254", 14},
+    {"windows-1255", 0x80000505},
+    {"windows-1256", 0x80000506},
+    {"windows-1257", 0x80000507},
+    {"windows-1258", 0x80000508},
+    {"windows-874", 0x8000041D},
+    {"x-mac-cyrillic", 0x80000007},
+};
+
+std::string readFile(const std::filesystem::path& path) {
+  std::ifstream file(path, std::ios::binary);
+  return {std::istreambuf_iterator<char>(file), {}};
+}
+
+// A text is right when it is decoded as under its label, a leading mark aside.
+TEST(Detecting, CorpusOfEncodings) {
+  size_t right = 0, total = 0;
+  for (const auto& [folder, encoding] : kFolders) {
+    size_t rightHere = 0, here = 0;
+    std::string wrong;
+    const auto path = std::filesystem::path(KELSPAR_CORPUS) / "encodings" / folder;
+    for (const auto& entry : std::filesystem::directory_iterator(path)) {
+      const std::string name = entry.path().filename().string();
+      if (name.find(".utf8.") != std::string::npos) continue;
+      const NSData data(readFile(entry.path()));
+      // Two files are not valid under their label: a wrong mark, characters beyond the set.
+      NSString wanted = stringWithData(data, encoding);
+      if (wanted.hasPrefix(u"\uFEFF")) wanted = wanted.substring(1);
+      const auto found = stringEncodingForData(data);
+      ++here;
+      if (wanted && found.text == wanted) {
+        ++rightHere;
+      } else {
+        wrong += " " + name + ":" + localizedNameOfStringEncoding(found.encoding).utf8() +
+                 (wanted ? "" : "(undecodable)");
+      }
+    }
+    std::printf("%-16s %zu/%zu%s\n", folder.c_str(), rightHere, here, wrong.c_str());
+    right += rightHere;
+    total += here;
+  }
+  std::printf("all %zu/%zu\n", right, total);
+  EXPECT_GE(right * 100, total * 90);
+}
+
+#endif
+
+}  // namespace
+}  // namespace kelspar

@@ -1,0 +1,117 @@
+// East Asian text by its most frequent characters, and by where in the code the usual ones stand.
+#include "platform/unicode/pair_statistics.h"
+
+#include <limits>
+
+#include "platform/unicode/language_letters.h"
+
+namespace kelspar {
+
+namespace {
+
+constexpr float kImpossible = std::numeric_limits<float>::infinity();
+constexpr uint8_t kUndefined = 255;
+
+const EncodingRow& rowOf(NSStringEncoding encoding) { return *encodingRow(encoding); }
+
+bool isBetween(char16_t unit, char16_t first, char16_t last) {
+  return unit >= first && unit <= last;
+}
+
+bool isPunctuation(char16_t unit) {
+  return isBetween(unit, 0x3000, 0x3020) || isBetween(unit, 0x2010, 0x2026) ||
+         isBetween(unit, 0xFF01, 0xFF5E) || unit == 0x30FC || unit == 0xB7;
+}
+
+bool isFrequent(std::u16string_view list, char16_t unit) { return list.find(unit) != list.npos; }
+
+}  // namespace
+
+PairModel::PairModel(NSStringEncoding encoding, Language language, float price, uint8_t firstLead,
+                     uint8_t lastLead)
+    : encoding_(encoding),
+      language_(language),
+      price_(price),
+      firstLead_(firstLead),
+      lastLead_(lastLead),
+      isFourByte_(encoding == 0x80000632),
+      hasThreeByte_(encoding == NSJapaneseEUCStringEncoding),
+      table_(PairTable::of(rowOf(encoding))),
+      costs_(128 * 256, kUndefined) {
+  for (unsigned lead = 0x80; lead < 256; ++lead) {
+    for (unsigned trail = 0x30; trail < 256; ++trail) {
+      const char16_t unit = table_.pair(static_cast<uint8_t>(lead), static_cast<uint8_t>(trail));
+      if (unit == 0) continue;
+      costs_[(lead & 0x7F) << 8 | trail] =
+          static_cast<uint8_t>(costOf(static_cast<uint8_t>(lead), unit) * 8);
+    }
+  }
+}
+
+float PairModel::costOf(uint8_t lead, char16_t unit) const {
+  const bool isUsual = lead >= firstLead_ && lead <= lastLead_;
+  constexpr float kRare = 19;
+  if (isBetween(unit, 0x80, 0x9F) || isBetween(unit, 0xE000, 0xF8FF)) return 30;
+  if (isPunctuation(unit)) return 7;
+  switch (language_) {
+    case Language::simplified:
+      return isFrequent(kFrequentSimplified, unit) ? 8 : isUsual ? 12.5f : kRare;
+    case Language::traditional:
+      return isFrequent(kFrequentTraditional, unit) ? 8 : isUsual ? 12.5f : kRare;
+    case Language::japanese:
+      if (isBetween(unit, 0x3041, 0x3093)) return 5.5f;
+      if (isBetween(unit, 0x30A1, 0x30F6)) return 7.5f;
+      return isFrequent(kFrequentKanji, unit) ? 9 : isUsual ? 13 : kRare;
+    case Language::korean:
+      if (isFrequent(kFrequentHangul, unit)) return 8;
+      if (isBetween(unit, 0xAC00, 0xD7A3)) return isUsual ? 12.5f : 17;
+      return kRare;
+  }
+  return kRare;
+}
+
+float PairModel::cost(std::string_view bytes) const {
+  const auto* in = reinterpret_cast<const uint8_t*>(bytes.data());
+  const size_t size = bytes.size();
+  uint64_t eighths = 0;
+  for (size_t at = 0; at < size;) {
+    const uint8_t lead = in[at];
+    if (lead < 0x80) {
+      ++at;
+      continue;
+    }
+    if (at + 1 >= size) break;
+    const uint8_t cost = costs_[(lead & 0x7F) << 8 | in[at + 1]];
+    if (cost != kUndefined) {
+      eighths += cost;
+      at += 2;
+    } else if (table_.alone(lead) != 0) {
+      eighths += 9 * 8;
+      ++at;
+    } else if (isFourByte_ && in[at + 1] >= 0x30 && in[at + 1] <= 0x39) {
+      eighths += 30 * 8;
+      at += 4;
+    } else if (hasThreeByte_ && lead == 0x8F) {
+      eighths += 22 * 8;
+      at += 3;
+    } else {
+      return kImpossible;
+    }
+  }
+  return price_ + static_cast<float>(eighths) / 8;
+}
+
+std::span<const PairModel> pairModels() {
+  using Language = PairModel::Language;
+  static const std::array<PairModel, 6> models{
+      PairModel(0x80000632, Language::simplified, 2, 0xB0, 0xD7),
+      PairModel(0x80000A03, Language::traditional, 2, 0xA4, 0xC6),
+      PairModel(0x80000A06, Language::traditional, 6, 0xA4, 0xC6),
+      PairModel(NSShiftJISStringEncoding, Language::japanese, 2, 0x88, 0x97),
+      PairModel(NSJapaneseEUCStringEncoding, Language::japanese, 2, 0xB0, 0xCF),
+      PairModel(0x80000422, Language::korean, 2, 0xB0, 0xC8),
+  };
+  return models;
+}
+
+}  // namespace kelspar
