@@ -24,7 +24,7 @@ void forEachFromLine(std::u16string_view text, Each each) {
 }  // namespace
 
 NSString escapeFromLines(const NSString& receiver) {
-  if (receiver.isEmpty()) return u""_ns;
+  if (!receiver) return u""_ns;
   const auto text = receiver.view();
   std::u16string escaped;
   size_t from = 0;
@@ -39,7 +39,7 @@ NSString escapeFromLines(const NSString& receiver) {
 }
 
 NSString unescapeFromLines(const NSString& receiver) {
-  if (receiver.isEmpty()) return u""_ns;
+  if (!receiver) return u""_ns;
   const auto text = receiver.view();
   std::u16string unescaped;
   size_t from = 0;
