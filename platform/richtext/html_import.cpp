@@ -4,6 +4,8 @@
 
 #include <algorithm>
 
+#include "platform/richtext/html_attributes.h"
+
 namespace kelspar::html {
 
 namespace {
@@ -53,11 +55,22 @@ bool holdsHTML(Tag tag) {
 
 }  // namespace
 
-Import::Import(std::u16string_view html)
-    : tokens_(html), layout_(html.size() / 4), sheet_(/*layoutOnly=*/true) {
+Import::Import(std::u16string_view html, const HTMLImportOptions* options)
+    : tokens_(html),
+      layout_(html.size() / 4),
+      sheet_(/*layoutOnly=*/options == nullptr),
+      options_(options) {
+  if (options_) looks_ = std::make_unique<Looks>();
   OpenElement body;
   body.name = static_cast<uint16_t>(Tag::body);
   push(body);  // it is never taken off
+}
+
+NSString Import::plainText() { return NSString(run().text); }
+
+NSAttributedString Import::attributedText() {
+  TextLayout::Result result = run();
+  return looks_->finish(std::move(result));
 }
 
 TextLayout::Result Import::run() {
@@ -89,6 +102,7 @@ void Import::text(const Token& token) {
   }
   if (mustReconstruct_ && !fosters() && !isAllSpace(units)) reconstruct();
   if (elements_.top().hidden) return;
+  if (looks_) layout_.setLook(looks_->current());
   if (fosters()) {
     if (isAllSpace(units)) return;
     const bool isFirst = !layout_.isStraying();
@@ -152,16 +166,28 @@ void Import::startVoid(Tag tag) {
   if (hidden) return;
   const bool strays = fosters() && !layout_.isStraying() && !has(tag, kHidden);
   if (strays) layout_.beginStray(elements_.top().table);
+  if (looks_) layout_.setLook(looks_->current());
   if (tag == Tag::br) layout_.lineBreak();
+  if ((tag == Tag::img || tag == Tag::image) && looks_) image();
   if (tag == Tag::hr) layout_.requireBreaks(1);
   if (strays) layout_.endStray();
+}
+
+// An image is a character of attributed text, and nothing in plain text.
+void Import::image() {
+  if (auto attachment = attachmentOf(tokens_, *options_)) {
+    layout_.setLook(looks_->withAttachment(std::move(attachment)));
+    layout_.atom(u"\uFFFC");
+  }
 }
 
 // The body is there from the start; its tag adds to it.
 void Import::startBody() {
   readDeclarations(Tag::body);
-  if (declarations_.has(Property::whiteSpace))
+  if (declarations_.has(Property::whiteSpace)) {
     elements_.at(1).whiteSpace = declarations_.whiteSpace;
+  }
+  if (looks_) looks_->changeBody({Tag::body, &tokens_, &declarations_, true, false});
 }
 
 // The text of a style element is read at once: it is raw text.
@@ -223,21 +249,21 @@ void Import::readDeclarations(Tag tag) {
         break;
     }
   }
-  if (hidden) parseDeclarations(u"display:none", true, &declarations_);
+  if (hidden) parseDeclarations(u"display:none", !looks_, &declarations_);
   if (!sheet_.isEmpty()) {
     sheet_.apply(tag, classes ? classes->raw : std::u16string_view(),
                  identifier ? identifier->raw : std::u16string_view(), &declarations_);
   }
   if (!style) return;
   if (style->raw.find(u'&') == style->raw.npos) {
-    parseDeclarations(style->raw, true, &declarations_);
+    parseDeclarations(style->raw, !looks_, &declarations_);
   } else {
-    parseDeclarations(style->value(), true, &declarations_);
+    parseDeclarations(style->value(), !looks_, &declarations_);
   }
 }
 
 // Opens an element with the declarations that were read for it.
-void Import::open(Tag tag, uint16_t name) {
+void Import::open(Tag tag, uint16_t name, bool isImplied) {
   OpenElement element;
   element.name = name;
   bool visible = true;
@@ -262,6 +288,10 @@ void Import::open(Tag tag, uint16_t name) {
           : has(tag, kBlock);
   element.breaks = isBlock ? 1 : 0;
   push(element);
+  if (looks_) {
+    looks_->push({tag, isImplied ? nullptr : &tokens_, &declarations_, isBlock,
+                  element.whiteSpace != WhiteSpace::collapse});
+  }
   if (has(tag, kMarker)) formatting_.push_back({});
   if (!element.hidden) beginLayout(tag);
 }
@@ -274,6 +304,8 @@ void Import::push(OpenElement element) {
 void Import::pop() {
   const OpenElement element = elements_.top();
   elements_.pop();
+  if (looks_) looks_->pop();
+  if (element.tag() == Tag::table) tables_.pop_back();
   if (element.formatting) {
     suspendFormatting(elements_.size() + 1);
   }

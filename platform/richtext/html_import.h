@@ -5,10 +5,13 @@
 // MathML; what is open is a stack, and what an element changes is undone when it is taken off.
 #pragma once
 
+#include <memory>
 #include <string>
 #include <vector>
 
+#include "platform/richtext/html_importer.h"
 #include "platform/richtext/html_layout.h"
+#include "platform/richtext/html_looks.h"
 #include "platform/richtext/html_open_elements.h"
 #include "platform/richtext/html_style_sheet.h"
 #include "platform/richtext/html_tokenizer.h"
@@ -17,15 +20,18 @@ namespace kelspar::html {
 
 class Import {
  public:
-  explicit Import(std::u16string_view html);
+  // With `options` for attributed text, else for plain text.
+  Import(std::u16string_view html, const HTMLImportOptions* options);
 
-  [[nodiscard]] TextLayout::Result run();
+  [[nodiscard]] NSString plainText();
+  [[nodiscard]] NSAttributedString attributedText();
 
  private:
   // Formatting that is open, or that comes back behind the block that it was left open in.
   struct Formatting {
     OpenElement element;    // a name of 0: a marker
     uint32_t position = 0;  // where it is open; 0: it is to come back
+    uint32_t look = 0;      // what it changes, kept by `looks_`
   };
   struct List {
     bool ordered = false;
@@ -34,7 +40,13 @@ class Import {
     uint32_t bullets = 0;  // lists around it that are not ordered
   };
 
+  struct Table {
+    uint32_t identity = 0;
+    uint16_t row = 0, column = 0;  // the next ones
+  };
+
   // Tokens.
+  TextLayout::Result run();
   void text(const Token& token);
   void startTag(const Token& token);
   void endTag(const Token& token);
@@ -43,11 +55,13 @@ class Import {
   void startInForeign(const Token& token);
   void startBody();
   void startVoid(Tag tag);
+  void image();
   void startFormatting(Tag tag);
   void startStyle();
   bool startTablePart(Tag tag);
   void openTable();
-  void openPart(Tag tag);
+  void openPart(Tag tag, bool isImplied = false);
+  void enterCell();
   void endImplied(Tag tag);
   void endItemBefore(Tag tag);
   void startElement(const Token& token);
@@ -60,7 +74,7 @@ class Import {
 
   // The stack.
   void readDeclarations(Tag tag);
-  void open(Tag tag, uint16_t name);
+  void open(Tag tag, uint16_t name, bool isImplied = false);
   void push(OpenElement element);
   void pop();
   void popTo(uint32_t position);  // and the element there
@@ -77,6 +91,7 @@ class Import {
   // Formatting.
   void reconstruct();
   void addFormatting();
+  void removeFormatting(size_t index);
   void suspendFormatting(uint32_t position);
   void clearFormattingToMarker();
   [[nodiscard]] Formatting* findFormatting(uint16_t name);
@@ -88,6 +103,10 @@ class Import {
   Declarations declarations_;  // of the start tag that is being read
   std::vector<Formatting> formatting_;
   std::vector<List> lists_;
+  std::vector<Table> tables_;
+  const HTMLImportOptions* options_;
+  std::unique_ptr<Looks> looks_;  // null for plain text
+  uint32_t identities_ = 0;       // of lists and tables
   bool mustReconstruct_ = false;
   bool skipsLineEnd_ = false;  // the one that <pre> begins with
 };

@@ -66,16 +66,12 @@ void Import::endOther(uint16_t name) {
   if (position > 0 && position >= elements_.lastSpecial()) popTo(position);
 }
 
-// Formatting that leaves no trace in plain text is not even opened.
 void Import::startFormatting(Tag tag) {
   if (tag == Tag::a || tag == Tag::nobr) {
     if (findFormatting(static_cast<uint16_t>(tag))) endFormatting(tag);
   }
+  if (mustReconstruct_ && !fosters()) reconstruct();
   readDeclarations(tag);
-  const bool changesLayout = declarations_.set != 0;
-  const bool mayEnd = elements_.last(tag) != 0;
-  if (!changesLayout && !mayEnd) return;
-  if (mustReconstruct_) reconstruct();
   const bool strays = fosters() && !layout_.isStraying();
   if (strays) layout_.beginStray(elements_.top().table);
   open(tag, static_cast<uint16_t>(tag));
@@ -86,10 +82,17 @@ void Import::startFormatting(Tag tag) {
 // The top element stands in the list of formatting as well.
 void Import::addFormatting() {
   elements_.top().formatting = true;
-  formatting_.push_back({elements_.top(), elements_.size()});
+  formatting_.push_back({elements_.top(), elements_.size(), looks_ ? looks_->save() : 0});
   const auto marker = std::ranges::find(formatting_.rbegin(), formatting_.rend(), uint16_t{0},
                                         [](const Formatting& each) { return each.element.name; });
-  if (marker - formatting_.rbegin() > kMostFormatting) formatting_.erase(marker.base());
+  if (marker - formatting_.rbegin() > kMostFormatting) {
+    removeFormatting(static_cast<size_t>(marker.base() - formatting_.begin()));
+  }
+}
+
+void Import::removeFormatting(size_t index) {
+  if (looks_ && formatting_[index].element.name != 0) looks_->release(formatting_[index].look);
+  formatting_.erase(formatting_.begin() + static_cast<ptrdiff_t>(index));
 }
 
 // From the end to the marker of the cell or the like that is open.
@@ -125,6 +128,7 @@ void Import::reconstruct() {
     element.whiteSpace = parent.whiteSpace;
     element.foreign = parent.foreign;
     push(element);
+    if (looks_) looks_->again(formatting_[i].look);
     formatting_[i].position = elements_.size();
   }
 }
@@ -132,7 +136,7 @@ void Import::reconstruct() {
 void Import::clearFormattingToMarker() {
   while (!formatting_.empty()) {
     const bool isMarker = formatting_.back().element.name == 0;
-    formatting_.pop_back();
+    removeFormatting(formatting_.size() - 1);
     if (isMarker) break;
   }
   mustReconstruct_ = true;  // what was left open outside, if anything
@@ -145,11 +149,12 @@ void Import::endFormatting(Tag tag) {
   if (!formatting) return endOther(name);
   const uint32_t position = formatting->position;
   if (position != 0 && position < elements_.lastScope()) return;
-  formatting_.erase(formatting_.begin() + (formatting - formatting_.data()));
+  removeFormatting(static_cast<size_t>(formatting - formatting_.data()));
   if (position == 0) return;
   if (position > elements_.lastSpecial()) return popTo(position);
   elements_.forget(position);
   elements_.at(position).formatting = false;
+  if (looks_) looks_->forget(position);
 }
 
 }  // namespace kelspar::html

@@ -2,6 +2,7 @@
 #include <algorithm>
 #include <string>
 
+#include "platform/richtext/html_attributes.h"
 #include "platform/richtext/html_import.h"
 
 namespace kelspar::html {
@@ -22,19 +23,6 @@ bool isForLayout(const Tokenizer& tokens) {
     if (attribute && attribute->raw == u"0") return true;
   }
   return false;
-}
-
-int32_t number(const Attribute* attribute, int32_t otherwise) {
-  if (!attribute) return otherwise;
-  const std::u16string_view text = attribute->raw;
-  const size_t first = text.starts_with(u'-') ? 1 : 0;
-  int64_t value = 0;
-  size_t at = first;
-  for (; at < text.size() && text[at] >= u'0' && text[at] <= u'9'; ++at) {
-    value = std::min<int64_t>(value * 10 + (text[at] - u'0'), 1'000'000'000);
-  }
-  if (at == first) return otherwise;
-  return static_cast<int32_t>(first ? -value : value);
 }
 
 std::u16string digits(int32_t value) {
@@ -124,11 +112,12 @@ bool Import::startTablePart(Tag tag) {
   } else {
     popAbove(section());
     declarations_ = Declarations();
-    openPart(Tag::tr);
+    openPart(Tag::tr, /*isImplied=*/true);
   }
   readDeclarations(tag);
   if (isCell || tag == Tag::caption) {
     open(tag, static_cast<uint16_t>(tag));
+    if (isCell) enterCell();
     return true;
   }
   openPart(tag);
@@ -138,6 +127,7 @@ bool Import::startTablePart(Tag tag) {
 void Import::openTable() {
   readDeclarations(Tag::table);
   const size_t number = layout_.markTable();
+  tables_.push_back({++identities_, 0, 0});
   open(Tag::table, static_cast<uint16_t>(Tag::table));
   OpenElement& element = elements_.top();
   element.fosters = true;
@@ -145,11 +135,36 @@ void Import::openTable() {
   element.dropsCells = isForLayout(tokens_);
 }
 
-void Import::openPart(Tag tag) {
+void Import::openPart(Tag tag, bool isImplied) {
   const uint32_t number = elements_.at(table()).table;
-  open(tag, static_cast<uint16_t>(tag));
+  open(tag, static_cast<uint16_t>(tag), isImplied);
   elements_.top().fosters = true;
   elements_.top().table = number;
+  if (tag == Tag::tr) {
+    Table& table = tables_.back();
+    if (table.row < UINT16_MAX) ++table.row;
+    table.column = 0;
+  }
+}
+
+// The cell just opened takes its place in the row.
+void Import::enterCell() {
+  static constexpr int32_t kMostSpanned = 1000;
+  Table& table = tables_.back();
+  NSTextTableCell cell;
+  cell.table = table.identity;
+  cell.row = static_cast<uint16_t>(table.row - 1);
+  cell.column = table.column;
+  const auto span = [this](std::u16string_view name) {
+    return static_cast<uint16_t>(std::clamp(numberOf(tokens_.attribute(name), 1), 1, kMostSpanned));
+  };
+  cell.columnSpan = span(u"colspan");
+  cell.rowSpan = span(u"rowspan");
+  table.column = static_cast<uint16_t>(
+      std::min<uint32_t>(uint32_t{table.column} + cell.columnSpan, UINT16_MAX));
+  if (!looks_ || elements_.top().hidden) return;
+  looks_->enterCell(cell, {elements_.top().tag(), &tokens_, &declarations_, true, false});
+  looks_->setColumns(cell.table, table.column);
 }
 
 bool Import::endTablePart(Tag tag) {
@@ -175,7 +190,7 @@ void Import::beginList(Tag tag) {
   layout_.requireBreaks(1);
   List list;
   list.ordered = tag == Tag::ol;
-  if (list.ordered) list.next = number(tokens_.attribute(u"start"), 1);
+  if (list.ordered) list.next = numberOf(tokens_.attribute(u"start"), 1);
   const uint32_t bullets = lists_.empty() ? 0 : lists_.back().bullets;
   list.bullets = bullets + (list.ordered ? 0 : 1);
   list.style = list.ordered   ? u"decimal"_ns
@@ -185,12 +200,13 @@ void Import::beginList(Tag tag) {
   if (const NSString style = styleOfType(tokens_.attribute(u"type"))) list.style = style;
   if (declarations_.has(Property::listStyle)) list.style = declarations_.listStyle;
   lists_.push_back(list);
+  if (looks_) looks_->enterList({++identities_, list.ordered, list.style, list.next});
 }
 
 void Import::beginItem() {
   layout_.requireBreaks(1);
   List list = lists_.empty() ? List{false, 1, u"disc"_ns} : lists_.back();
-  list.next = number(tokens_.attribute(u"value"), list.next);
+  list.next = numberOf(tokens_.attribute(u"value"), list.next);
   if (const NSString style = styleOfType(tokens_.attribute(u"type"))) list.style = style;
   if (declarations_.has(Property::listStyle)) list.style = declarations_.listStyle;
   layout_.beginItem(markerText(list.style, list.next));

@@ -1,8 +1,8 @@
 // Reads HTML into text, or into text with attributes. Internal to the library.
 //
 // One pass over the tokens, no tree, no recursion: linear in the input, whatever it nests. Nothing
-// is ever fetched. Both entries give the same characters, but for the U+FFFC of images, which stand
-// in attributed text only.
+// is ever fetched. Both entries give the same characters; where there are images, attributed text
+// holds a U+FFFC for each, and the white space and markers around it, and plain text nothing.
 //
 // The text is what a browser's innerText gives of the page, with scripting off:
 // - white space collapses, but in <pre> and under "white-space"; <br> ends a line, a block stands

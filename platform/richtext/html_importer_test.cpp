@@ -2,6 +2,10 @@
 
 #include <gtest/gtest.h>
 
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+
 namespace kelspar {
 namespace {
 
@@ -140,6 +144,13 @@ TEST(PlainTextFromHTML, BytesAreUTF8) {
             NSString(u"\u00E9\uFFFD"));
 }
 
+class AttributedFromHTML : public testing::TestWithParam<Row> {};
+TEST_P(AttributedFromHTML, HasTheSameCharacters) {
+  EXPECT_EQ(attributedTextFromHTML(NSString(GetParam().in)).string(), NSString(GetParam().out));
+}
+INSTANTIATE_TEST_SUITE_P(Rows, AttributedFromHTML, testing::ValuesIn(kRows),
+                         [](const auto& row) { return std::string(row.param.name); });
+
 struct Nesting {
   const char* name;
   std::u16string_view open, inside, close;
@@ -162,8 +173,39 @@ TEST_P(HostileNesting, IsLinear) {
   for (int i = 0; i < 100'000; ++i) html += GetParam().open;
   html += GetParam().inside;
   for (int i = 0; i < 100'000; ++i) html += GetParam().close;
-  EXPECT_NE(plainTextFromHTML(NSString(html)).view().find(u'x'), std::u16string_view::npos);
+  const NSString text = plainTextFromHTML(NSString(html));
+  EXPECT_NE(text.view().find(u'x'), std::u16string_view::npos);
+  EXPECT_EQ(attributedTextFromHTML(NSString(html)).string(), text);
 }
+#ifdef KELSPAR_CORPUS
+TEST(PlainTextFromHTML, CorpusHasTheSameTextBothWays) {
+  size_t files = 0;
+  for (const auto& entry : std::filesystem::directory_iterator(KELSPAR_CORPUS "/html")) {
+    std::ifstream file(entry.path(), std::ios::binary);
+    const std::string bytes{std::istreambuf_iterator<char>(file), {}};
+    const NSData html{std::string_view(bytes)};
+    const NSAttributedString attributed = attributedTextFromHTML(html);
+    std::u16string without;
+    size_t at = 0;
+    const NSString string = attributed.string();
+    for (const NSTextRun& run : attributed.runs()) {
+      if (!run.attributes->attachment) without += string.view().substr(at, run.length);
+      at += run.length;
+    }
+    std::u16string plain(plainTextFromHTML(html).view());
+    if (without.size() != string.length()) {  // lines, cells and items that hold an image only
+      for (auto* text : {&plain, &without}) {
+        std::erase_if(*text, [](char16_t c) {
+          return c == u'\n' || c == u'\t' || c == u' ' || c == u'\u2022' || c == u'\u25E6';
+        });
+      }
+    }
+    EXPECT_EQ(NSString(without), NSString(plain)) << entry.path();
+    ++files;
+  }
+  EXPECT_GT(files, 0u);
+}
+#endif
 INSTANTIATE_TEST_SUITE_P(Rows, HostileNesting, testing::ValuesIn(kNestings),
                          [](const auto& row) { return std::string(row.param.name); });
 

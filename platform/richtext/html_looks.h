@@ -1,49 +1,53 @@
 // The looks of the open elements and of the text in them, for the attributed import. Internal to
-// the library.
+// the importer.
 #pragma once
 
-#include <functional>
 #include <memory>
-#include <span>
 #include <vector>
 
 #include "platform/richtext/NSAttributedString.h"
-#include "platform/richtext/html_importer.h"
+#include "platform/richtext/html_layout.h"
 #include "platform/richtext/html_style.h"
 #include "platform/richtext/html_tokenizer.h"
 
 namespace kelspar::html {
 
+// What a start tag brings along: its attributes and what is declared for it.
+struct Source {
+  Tag tag = Tag::none;
+  const Tokenizer* attributes = nullptr;  // null: the element is implied
+  const Declarations* declarations = nullptr;
+  bool isBlock = false;
+  bool keepsWhiteSpace = false;
+};
+
 class Looks {
  public:
-  explicit Looks(const HTMLImportOptions& options);
+  Looks();
 
-  // An element opens: its look is its parent's, changed by what it is, by its attributes and by
-  // its declarations. One that comes back (formatting behind a block) has no tag token any more:
-  // `again` opens it as it was.
-  void push(Tag tag, const Tokenizer& tag_, const Declarations& declarations, bool isBlock);
-  void again(uint32_t saved);
+  // An element opens in the one that is open: it looks like that, but for what `source` changes.
+  void push(const Source& source);
   void pop();
-  // The element at `position` (from 1) ends here, those in it stay open: its changes are undone.
-  void forget(uint32_t position);
-  // The changes that the top element made, to be used with `again`.
-  [[nodiscard]] uint32_t save();
-  void release(uint32_t saved);
+  // The body's own tag, which comes when the body is open already.
+  void changeBody(const Source& source);
 
+  // Formatting that comes back behind a block: `save` keeps what the top element changed, `again`
+  // opens an element that changes the same, `release` forgets it.
+  [[nodiscard]] uint32_t save();
+  void again(uint32_t saved);
+  void release(uint32_t saved);
+  // The element at `position` (from 1) ends, and those in it stay open: its changes are undone.
+  void forget(uint32_t position);
+
+  // The top element's paragraphs are items of the list, or stand in the cell.
   void enterList(const NSTextList& list);
-  void enterCell(const NSTextTableCell& cell, const Tokenizer& tag,
-                 const Declarations& declarations);
-  // Adds to the table's columns.
+  void enterCell(NSTextTableCell cell, const Source& source);
   void setColumns(uint32_t table, uint16_t columns);
 
-  // The number of the present look, and that of an image that stands in it.
+  // The number of the present look; of the same with an attachment.
   [[nodiscard]] uint32_t current();
   [[nodiscard]] uint32_t withAttachment(std::shared_ptr<const NSTextAttachment> attachment);
-  // What an <img> refers to; null when nothing would be shown (a pixel that counts readers).
-  [[nodiscard]] std::shared_ptr<const NSTextAttachment> attachmentOf(
-      const Tokenizer& tag, const Declarations& declarations);
 
-  // The text with the looks of its runs.
   [[nodiscard]] NSAttributedString finish(TextLayout::Result&& result);
 
  private:
@@ -51,20 +55,18 @@ class Looks {
     NSTextAttributes style;
     uint32_t own = 0;  // bits of what the element changed
   };
-  void applyTag(Tag tag, const Tokenizer& token, Level* level);
-  void applyDeclarations(const Declarations& declarations, bool isBlock, Level* level);
-  void applyParagraph(Tag tag, const Tokenizer& token, const Declarations& declarations,
-                      Level* level);
 
-  const HTMLImportOptions& options_;
+  void apply(const Source& source, Level* level);
+  void setParagraph(NSParagraphStyle&& paragraph, Level* level);
+  [[nodiscard]] NSParagraphStyle paragraph() const;
+
   std::vector<Level> levels_;
   std::vector<Level> saved_;
-  std::vector<uint32_t> freeSaved_;
+  std::vector<uint32_t> free_;
   std::vector<std::shared_ptr<const NSTextAttributes>> looks_;
   std::vector<std::shared_ptr<NSParagraphStyle>> inCells_;
-  std::vector<uint16_t> columns_;
-  bool changed_ = true;
-  uint32_t current_ = 0;
+  std::vector<uint16_t> columns_;  // by table
+  bool isFresh_ = false;           // the last look is the present one
 };
 
 }  // namespace kelspar::html

@@ -338,7 +338,9 @@ bool parseFont(Text value, Declarations* to) {
       }
       return declare(Property::fontFamily, parseFontFamily(rest, to));
     }
-    if (!declare(Property::fontStyle, !is(word, u"normal") && parseFontStyle(word, to))) {
+    if (is(word, u"italic") || is(word, u"oblique")) {
+      declare(Property::fontStyle, parseFontStyle(word, to));
+    } else if (!is(word, u"normal")) {
       declare(Property::fontWeight, parseFontWeight(word, to));
     }
   }

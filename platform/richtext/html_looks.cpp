@@ -1,0 +1,389 @@
+#include "platform/richtext/html_looks.h"
+
+#include <algorithm>
+#include <iterator>
+
+#include "platform/richtext/html_attributes.h"
+#include "platform/richtext/html_colors.h"
+
+namespace kelspar::html {
+
+namespace {
+
+// Bits of what an element changes.
+enum Own : uint32_t {
+  kFamily = 1u << 0,
+  kSize = 1u << 1,
+  kBold = 1u << 2,
+  kItalic = 1u << 3,
+  kForeground = 1u << 4,
+  kBackground = 1u << 5,
+  kUnderline = 1u << 6,
+  kStrikethrough = 1u << 7,
+  kSuperscript = 1u << 8,
+  kBaseline = 1u << 9,
+  kLink = 1u << 10,
+  kParagraph = 1u << 11,
+};
+
+constexpr size_t kDeepestLists = 16;
+constexpr size_t kDeepestTables = 8;
+constexpr double kIndent = 30;  // of lists and quotes
+
+void take(const NSTextAttributes& from, uint32_t own, NSTextAttributes* to) {
+  if (own & kFamily) to->font.family = from.font.family;
+  if (own & kSize) to->font.size = from.font.size;
+  if (own & kBold) to->font.bold = from.font.bold;
+  if (own & kItalic) to->font.italic = from.font.italic;
+  if (own & kForeground) to->foreground = from.foreground;
+  if (own & kBackground) to->background = from.background;
+  if (own & kUnderline) to->underline = from.underline;
+  if (own & kStrikethrough) to->strikethrough = from.strikethrough;
+  if (own & kSuperscript) to->superscript = from.superscript;
+  if (own & kBaseline) to->baselineOffset = from.baselineOffset;
+  if (own & kLink) to->link = from.link;
+  if (own & kParagraph) to->paragraph = from.paragraph;
+}
+
+// What elements look like by nature (HTML, 15.3).
+void applyNature(Tag tag, NSTextAttributes* style, uint32_t* own) {
+  constexpr double kHeadingSizes[] = {2, 1.5, 1.17, 1, 0.83, 0.67};
+  NSFont& font = style->font;
+  switch (tag) {
+    case Tag::h1:
+    case Tag::h2:
+    case Tag::h3:
+    case Tag::h4:
+    case Tag::h5:
+    case Tag::h6:
+      font.size *= kHeadingSizes[static_cast<int>(tag) - static_cast<int>(Tag::h1)];
+      font.bold = true;
+      *own |= kSize | kBold;
+      return;
+    case Tag::b:
+    case Tag::strong:
+    case Tag::th:
+      font.bold = true;
+      *own |= kBold;
+      return;
+    case Tag::i:
+    case Tag::em:
+    case Tag::cite:
+    case Tag::dfn:
+    case Tag::var:
+    case Tag::address:
+      font.italic = true;
+      *own |= kItalic;
+      return;
+    case Tag::u:
+    case Tag::ins:
+      style->underline = true;
+      *own |= kUnderline;
+      return;
+    case Tag::s:
+    case Tag::strike:
+    case Tag::del:
+      style->strikethrough = true;
+      *own |= kStrikethrough;
+      return;
+    case Tag::sup:
+    case Tag::sub:
+      style->superscript = tag == Tag::sup ? 1 : -1;
+      *own |= kSuperscript;
+      return;
+    case Tag::code:
+    case Tag::kbd:
+    case Tag::samp:
+    case Tag::tt:
+    case Tag::pre:
+    case Tag::listing:
+    case Tag::xmp:
+    case Tag::plaintext:
+      font.family = u"monospace";
+      *own |= kFamily;
+      return;
+    case Tag::small:
+    case Tag::big:
+      font.size *= tag == Tag::small ? 5.0 / 6 : 1.2;
+      *own |= kSize;
+      return;
+    case Tag::mark:
+      style->background = NSColor{255, 255, 0};
+      *own |= kBackground;
+      return;
+    default:
+      return;
+  }
+}
+
+void applyAttributes(Tag tag, const Tokenizer& tag_, NSTextAttributes* style, uint32_t* own) {
+  if (tag == Tag::a) {
+    if (const NSString link = linkOf(tag_)) {
+      style->link = link;
+      *own |= kLink;
+    }
+    return;
+  }
+  if (tag != Tag::font && tag != Tag::body) return;
+  const Attribute* const color = tag_.attribute(tag == Tag::font ? u"color" : u"text");
+  if (const auto value = color ? legacyColor(color->raw) : std::nullopt) {
+    style->foreground = value;
+    *own |= kForeground;
+  }
+  if (tag == Tag::body) return;
+  if (const Attribute* face = tag_.attribute(u"face")) {
+    Declarations declarations;
+    parseDeclarations(u"font-family:" + face->value(), false, &declarations);
+    if (declarations.has(Property::fontFamily)) {
+      style->font.family = declarations.fontFamily;
+      *own |= kFamily;
+    }
+  }
+  if (const double size = fontSizeOf(tag_)) {
+    style->font.size = size;
+    *own |= kSize;
+  }
+}
+
+void applyDeclarations(const Declarations& declared, NSTextAttributes* style, uint32_t* own) {
+  const auto set = [&](Property property, uint32_t bits) {
+    if (declared.has(property)) *own |= bits;
+    return declared.has(property);
+  };
+  if (set(Property::fontFamily, kFamily)) style->font.family = declared.fontFamily;
+  if (set(Property::fontSize, kSize)) {
+    style->font.size = std::clamp(declared.fontSize.of(style->font.size), 1.0, 1000.0);
+  }
+  if (set(Property::fontWeight, kBold)) style->font.bold = declared.bold;
+  if (set(Property::fontStyle, kItalic)) style->font.italic = declared.italic;
+  if (set(Property::color, kForeground)) style->foreground = declared.color;
+  if (set(Property::background, kBackground)) style->background = declared.background;
+  if (set(Property::decoration, kUnderline | kStrikethrough)) {
+    style->underline = declared.underline;
+    style->strikethrough = declared.strikethrough;
+  }
+  if (set(Property::verticalAlign, kSuperscript | kBaseline)) {
+    style->superscript = declared.superscript;
+    style->baselineOffset = declared.baselineOffset;
+  }
+}
+
+void alignBy(const Source& source, NSParagraphStyle* paragraph) {
+  if (source.tag == Tag::center || source.tag == Tag::th || source.tag == Tag::caption) {
+    paragraph->alignment = NSTextAlignment::center;
+  } else if (source.tag == Tag::table) {
+    paragraph->alignment = NSTextAlignment::natural;
+  }
+  if (source.attributes && source.tag != Tag::table) {
+    const Attribute* const align = source.attributes->attribute(u"align");
+    if (align) paragraph->alignment = alignmentNamed(align->raw, paragraph->alignment);
+  }
+  if (source.declarations->has(Property::textAlign)) {
+    paragraph->alignment = source.declarations->textAlign;
+  }
+}
+
+void indentBy(const Source& source, double fontSize, NSParagraphStyle* paragraph) {
+  const Declarations& declared = *source.declarations;
+  const double textIndent = paragraph->firstLineIndent - paragraph->headIndent;
+  double left = source.tag == Tag::blockquote || source.tag == Tag::ul || source.tag == Tag::ol ||
+                        source.tag == Tag::dd
+                    ? kIndent
+                    : 0;
+  if (declared.has(Property::marginLeft)) left = declared.marginLeft.of(fontSize);
+  paragraph->headIndent = std::max(0.0, paragraph->headIndent + left);
+  paragraph->firstLineIndent =
+      paragraph->headIndent +
+      (declared.has(Property::textIndent) ? declared.textIndent.of(fontSize) : textIndent);
+  if (declared.has(Property::marginRight)) {
+    paragraph->tailIndent += std::max(0.0, declared.marginRight.of(fontSize));
+  }
+}
+
+void spaceBy(const Source& source, double fontSize, NSParagraphStyle* paragraph) {
+  const Declarations& declared = *source.declarations;
+  paragraph->spacingBefore = paragraph->spacingAfter = 0;
+  if (source.tag != Tag::p && source.tag != Tag::body) {
+    if (declared.has(Property::marginTop)) {
+      paragraph->spacingBefore = std::max(0.0, declared.marginTop.of(fontSize));
+    }
+    if (declared.has(Property::marginBottom)) {
+      paragraph->spacingAfter = std::max(0.0, declared.marginBottom.of(fontSize));
+    }
+  }
+  if (!declared.has(Property::lineHeight)) return;
+  paragraph->lineHeightMultiple = paragraph->minimumLineHeight = paragraph->maximumLineHeight = 0;
+  if (declared.lineHeight.unit == Length::Unit::times) {
+    paragraph->lineHeightMultiple = declared.lineHeight.value;
+  } else {
+    paragraph->minimumLineHeight = paragraph->maximumLineHeight = declared.lineHeight.value;
+  }
+}
+
+}  // namespace
+
+Looks::Looks() { levels_.emplace_back(); }
+
+NSParagraphStyle Looks::paragraph() const {
+  const auto& present = levels_.back().style.paragraph;
+  return present ? *present : NSParagraphStyle();
+}
+
+void Looks::setParagraph(NSParagraphStyle&& paragraph, Level* level) {
+  const auto& present = level->style.paragraph;
+  if (paragraph == (present ? *present : NSParagraphStyle())) return;
+  auto style = std::make_shared<NSParagraphStyle>(std::move(paragraph));
+  if (!style->cells.empty()) inCells_.push_back(style);
+  level->style.paragraph = std::move(style);
+  level->own |= kParagraph;
+}
+
+void Looks::apply(const Source& source, Level* level) {
+  NSTextAttributes& style = level->style;
+  applyNature(source.tag, &style, &level->own);
+  if (source.attributes) applyAttributes(source.tag, *source.attributes, &style, &level->own);
+  applyDeclarations(*source.declarations, &style, &level->own);
+
+  const Attribute* const direction =
+      source.attributes ? source.attributes->attribute(u"dir") : nullptr;
+  const bool turns = direction || source.declarations->has(Property::direction);
+  if (!source.isBlock && !turns && !has(source.tag, kTablePart) && source.tag != Tag::td &&
+      source.tag != Tag::th) {
+    return;
+  }
+  NSParagraphStyle paragraph = style.paragraph ? *style.paragraph : NSParagraphStyle();
+  alignBy(source, &paragraph);
+  indentBy(source, style.font.size, &paragraph);
+  spaceBy(source, style.font.size, &paragraph);
+  if (direction) paragraph.rightToLeft = equalsIgnoringCase(direction->raw, u"rtl");
+  if (source.declarations->has(Property::direction)) {
+    paragraph.rightToLeft = source.declarations->rightToLeft;
+  }
+  if (has(source.tag, kHeading)) {
+    paragraph.headingLevel =
+        static_cast<int8_t>(1 + static_cast<int>(source.tag) - static_cast<int>(Tag::h1));
+  }
+  if (source.tag == Tag::blockquote && paragraph.quoteLevel < 100) ++paragraph.quoteLevel;
+  paragraph.preformatted = source.keepsWhiteSpace;
+  setParagraph(std::move(paragraph), level);
+}
+
+void Looks::push(const Source& source) {
+  levels_.push_back({levels_.back().style, 0});
+  apply(source, &levels_.back());
+  isFresh_ = isFresh_ && levels_.back().own == 0;
+}
+
+void Looks::pop() {
+  isFresh_ = isFresh_ && levels_.back().own == 0;
+  levels_.pop_back();
+}
+
+void Looks::changeBody(const Source& source) {
+  apply(source, &levels_.front());
+  isFresh_ = false;
+}
+
+uint32_t Looks::save() {
+  if (free_.empty()) {
+    saved_.push_back(levels_.back());
+    return static_cast<uint32_t>(saved_.size() - 1);
+  }
+  const uint32_t slot = free_.back();
+  free_.pop_back();
+  saved_[slot] = levels_.back();
+  return slot;
+}
+
+void Looks::again(uint32_t saved) {
+  levels_.push_back({levels_.back().style, saved_[saved].own & ~uint32_t{kParagraph}});
+  take(saved_[saved].style, levels_.back().own, &levels_.back().style);
+  isFresh_ = false;
+}
+
+void Looks::release(uint32_t saved) { free_.push_back(saved); }
+
+void Looks::forget(uint32_t position) {
+  Level& level = levels_[position - 1];
+  const NSTextAttributes below = levels_[position - 2].style;
+  uint32_t left = std::exchange(level.own, 0);
+  take(below, left, &level.style);
+  for (size_t i = position; i < levels_.size(); ++i) {
+    left &= ~levels_[i].own;
+    if (left == 0) break;
+    take(below, left, &levels_[i].style);
+  }
+  isFresh_ = false;
+}
+
+void Looks::enterList(const NSTextList& list) {
+  NSParagraphStyle style = paragraph();
+  if (style.lists.size() < kDeepestLists) style.lists.push_back(list);
+  setParagraph(std::move(style), &levels_.back());
+  isFresh_ = false;
+}
+
+void Looks::enterCell(NSTextTableCell cell, const Source& source) {
+  Level& level = levels_.back();
+  const Attribute* const color = source.attributes->attribute(u"bgcolor");
+  if (color) cell.background = legacyColor(color->raw);
+  if (source.declarations->has(Property::background)) {
+    cell.background = source.declarations->background;
+  }
+  if (cell.background) {
+    level.style.background.reset();
+    level.own |= kBackground;
+  }
+  cell.width = pointsOf(*source.attributes, u"width");
+  if (source.declarations->has(Property::width) &&
+      source.declarations->width.unit == Length::Unit::points) {
+    cell.width = source.declarations->width.value;
+  }
+  if (source.declarations->has(Property::border)) cell.border = source.declarations->border;
+  NSParagraphStyle style = paragraph();
+  if (style.cells.size() < kDeepestTables) style.cells.push_back(cell);
+  style.headIndent = style.firstLineIndent = style.tailIndent = 0;
+  style.lists.clear();
+  setParagraph(std::move(style), &level);
+  isFresh_ = false;
+}
+
+void Looks::setColumns(uint32_t table, uint16_t columns) {
+  if (columns_.size() <= table) columns_.resize(table + size_t{1}, 1);
+  columns_[table] = std::max(columns_[table], columns);
+}
+
+uint32_t Looks::current() {
+  if (!isFresh_ && (looks_.empty() || !(*looks_.back() == levels_.back().style))) {
+    looks_.push_back(std::make_shared<const NSTextAttributes>(levels_.back().style));
+  }
+  isFresh_ = true;
+  return static_cast<uint32_t>(looks_.size() - 1);
+}
+
+uint32_t Looks::withAttachment(std::shared_ptr<const NSTextAttachment> attachment) {
+  NSTextAttributes style = levels_.back().style;
+  style.attachment = std::move(attachment);
+  looks_.push_back(std::make_shared<const NSTextAttributes>(std::move(style)));
+  isFresh_ = false;
+  return static_cast<uint32_t>(looks_.size() - 1);
+}
+
+NSAttributedString Looks::finish(TextLayout::Result&& result) {
+  for (const auto& paragraph : inCells_) {
+    for (NSTextTableCell& cell : paragraph->cells) {
+      if (cell.table < columns_.size()) cell.columns = columns_[cell.table];
+    }
+  }
+  std::vector<NSTextRun> runs;
+  runs.reserve(result.runs.size());
+  for (size_t i = 0; i < result.runs.size(); ++i) {
+    const bool isLast = i + 1 == result.runs.size();
+    const size_t end = isLast ? result.text.size() : result.runs[i + 1].start;
+    if (end == result.runs[i].start) continue;
+    runs.push_back({end - result.runs[i].start, looks_[result.runs[i].look]});
+  }
+  return NSAttributedString(NSString(std::move(result.text)), std::move(runs));
+}
+
+}  // namespace kelspar::html
