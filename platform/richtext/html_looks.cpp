@@ -211,6 +211,12 @@ void spaceBy(const Source& source, double fontSize, NSParagraphStyle* paragraph)
       paragraph->spacingAfter = std::max(0.0, declared.marginBottom.of(fontSize));
     }
   }
+  // Where a margin would be a blank line, padding is the space.
+  if (source.tag == Tag::p || source.tag == Tag::li || source.tag == Tag::pre ||
+      has(source.tag, kHeading)) {
+    paragraph->spacingBefore += std::max(0.0, declared.paddingTop.of(fontSize));
+    paragraph->spacingAfter += std::max(0.0, declared.paddingBottom.of(fontSize));
+  }
   if (!declared.has(Property::lineHeight)) return;
   paragraph->lineHeightMultiple = paragraph->minimumLineHeight = paragraph->maximumLineHeight = 0;
   if (declared.lineHeight.unit == Length::Unit::times) {

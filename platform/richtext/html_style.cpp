@@ -177,6 +177,10 @@ bool parseMarginTop(Text value, Declarations* to) { return setLength(value, &to-
 bool parseMarginBottom(Text value, Declarations* to) { return setLength(value, &to->marginBottom); }
 bool parseMarginLeft(Text value, Declarations* to) { return setLength(value, &to->marginLeft); }
 bool parseMarginRight(Text value, Declarations* to) { return setLength(value, &to->marginRight); }
+bool parsePaddingTop(Text value, Declarations* to) { return setLength(value, &to->paddingTop); }
+bool parsePaddingBottom(Text value, Declarations* to) {
+  return setLength(value, &to->paddingBottom);
+}
 bool parseTextIndent(Text value, Declarations* to) { return setLength(value, &to->textIndent); }
 bool parseWidth(Text value, Declarations* to) { return setLength(value, &to->width); }
 
@@ -379,6 +383,8 @@ constexpr PropertyRow kProperties[] = {
     {u"max-height",       Property::height,        parseHeight,        true},
     {u"opacity",          Property::opacity,       parseOpacity,       true},
     {u"overflow",         Property::overflow,      parseOverflow,      true},
+    {u"padding-bottom",   Property::paddingBottom, parsePaddingBottom, false},
+    {u"padding-top",      Property::paddingTop,    parsePaddingTop,    false},
     {u"text-align",       Property::textAlign,     parseTextAlign,     false},
     {u"text-decoration",  Property::decoration,    parseDecoration,    false},
     {u"text-decoration-line", Property::decoration, parseDecoration,   false},
@@ -458,6 +464,8 @@ void Declarations::add(const Declarations& other) {
   if (take(Property::listStyle)) listStyle = other.listStyle;
   if (take(Property::marginLeft)) marginLeft = other.marginLeft;
   if (take(Property::marginRight)) marginRight = other.marginRight;
+  if (take(Property::paddingTop)) paddingTop = other.paddingTop;
+  if (take(Property::paddingBottom)) paddingBottom = other.paddingBottom;
   if (take(Property::textIndent)) textIndent = other.textIndent;
   if (take(Property::fontFamily)) fontFamily = other.fontFamily;
   if (take(Property::fontSize)) fontSize = other.fontSize;

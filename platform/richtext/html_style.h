@@ -25,6 +25,8 @@ enum class Property : uint8_t {
   // From here on: only the look.
   marginLeft,
   marginRight,
+  paddingTop,
+  paddingBottom,
   textIndent,
   fontFamily,
   fontSize,
@@ -65,7 +67,8 @@ struct Declarations {
   bool clipped = false;
   bool transparent = false;
   NSString listStyle;  // "none", "disc", "decimal", ...
-  Length marginTop, marginBottom, marginLeft, marginRight, textIndent, fontSize, lineHeight, width;
+  Length marginTop, marginBottom, marginLeft, marginRight, paddingTop, paddingBottom, textIndent,
+      fontSize, lineHeight, width;
   double border = 0;
   NSString fontFamily;
   bool bold = false;
