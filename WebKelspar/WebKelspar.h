@@ -26,6 +26,12 @@ class WebKelspar {
   //   // [{"image source": "cid:a", "image location": 1}]
   [[nodiscard]] static NSArray imageLocationsFromRTF(const NSData& rtf);
 
+  // htmlFromRTFData()
+  //
+  // The RTF document as an HTML document of its own, in UTF-8 and without anything to fetch but
+  // images that the RTF links to. nil for nil and for bytes that are no RTF. Linear.
+  [[nodiscard]] static NSString htmlFromRTFData(const NSData& rtf);
+
   // getCharset()
   //
   // Copies what the first group of `pattern` matches in the NUL-terminated `html` to `charset`,

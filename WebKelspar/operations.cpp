@@ -9,6 +9,7 @@ KELSPAR_OPERATIONS(WebKelspar) {
   using Class = WebKelspar;
   auto web = registry.forClass("WebKelspar");
   web.add("imageLocationsFromRTF:", &Class::imageLocationsFromRTF);
+  web.add("htmlFromRTFData:", &Class::htmlFromRTFData);
   web.add("getCharset:forHTML:withSize:andPattern:", &Class::getCharset).sized(1, 3);
   web.add("getJSONArrayFromURL:", &Class::getJSONArrayFromURL);
 }
