@@ -51,4 +51,27 @@ template <class Char, class... Wanted>
   return size;
 }
 
+// Writes ASCII bytes as units up to the first NUL or byte above 0x7F; returns how many they are.
+// `out` has room for `bytes.size()` units.
+[[nodiscard]] inline size_t widenASCII(std::string_view bytes, char16_t* out) {
+  size_t at = 0;
+#if defined(__SSE2__)
+  const __m128i zero = _mm_setzero_si128();
+  for (; at + 16 <= bytes.size(); at += 16) {
+    const auto block = _mm_loadu_si128(reinterpret_cast<const __m128i*>(bytes.data() + at));
+    // Signed: 0x01 to 0x7F are above 0.
+    if (_mm_movemask_epi8(_mm_cmpgt_epi8(block, zero)) != 0xFFFF) break;
+    auto* to = reinterpret_cast<__m128i*>(out + at);
+    _mm_storeu_si128(to, _mm_unpacklo_epi8(block, zero));
+    _mm_storeu_si128(to + 1, _mm_unpackhi_epi8(block, zero));
+  }
+#endif
+  for (; at < bytes.size(); ++at) {
+    const auto byte = static_cast<uint8_t>(bytes[at]);
+    if (byte == 0 || byte > 0x7F) break;
+    out[at] = byte;
+  }
+  return at;
+}
+
 }  // namespace kelspar::scan

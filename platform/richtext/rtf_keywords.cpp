@@ -5,6 +5,8 @@
 #include <array>
 #include <iterator>
 
+#include "platform/richtext/rtf_tokenizer.h"
+
 namespace kelspar {
 
 namespace {
@@ -283,34 +285,36 @@ static_assert(std::ranges::adjacent_find(kKeywords, std::ranges::greater_equal{}
                                          &RTFKeyword::word) == std::ranges::end(kKeywords),
               "sorted, each word once");
 
-constexpr size_t kSlots = 1024;
+constexpr size_t kSlots = 2048;
 static_assert(std::size(kKeywords) * 2 < kSlots);
 
-constexpr size_t slotOf(std::string_view word) {
-  uint32_t hash = 2166136261u;
-  for (const char c : word) hash = (hash ^ static_cast<uint8_t>(c)) * 16777619u;
-  return (hash ^ hash >> 15) % kSlots;
-}
+constexpr size_t slotOf(uint64_t key) { return (key * 0x9E3779B97F4A7C15u) >> 53; }
 
-// Open addressing; 0 is an empty slot, n stands for the row n - 1.
+// Open addressing; a row of 0 is an empty slot, n stands for the row n - 1.
+struct Slot {
+  uint64_t key = 0;
+  uint16_t row = 0;
+};
 constexpr auto kIndex = [] {
-  std::array<uint16_t, kSlots> index{};
+  std::array<Slot, kSlots> index{};
   for (size_t row = 0; row < std::size(kKeywords); ++row) {
-    size_t slot = slotOf(kKeywords[row].word);
-    while (index[slot]) slot = (slot + 1) % kSlots;
-    index[slot] = static_cast<uint16_t>(row + 1);
+    const uint64_t key = rtf::keyOf(kKeywords[row].word);
+    size_t slot = slotOf(key);
+    while (index[slot].row) slot = (slot + 1) % kSlots;
+    index[slot] = {key, static_cast<uint16_t>(row + 1)};
   }
   return index;
 }();
 
 }  // namespace
 
-const RTFKeyword* findRTFKeyword(std::string_view word) {
-  constexpr size_t kLongest = 32;  // a longer word is none of the format's
-  if (word.size() > kLongest) return nullptr;
-  for (size_t slot = slotOf(word); kIndex[slot]; slot = (slot + 1) % kSlots) {
-    const RTFKeyword& keyword = kKeywords[kIndex[slot] - 1];
-    if (keyword.word == word) return &keyword;
+const RTFKeyword* findRTFKeyword(std::string_view word, uint64_t key) {
+  for (size_t slot = slotOf(key); kIndex[slot].row; slot = (slot + 1) % kSlots) {
+    if (kIndex[slot].key != key) continue;
+    const RTFKeyword& keyword = kKeywords[kIndex[slot].row - 1];
+    if (word.size() <= 8 ? keyword.word.size() == word.size() : keyword.word == word) {
+      return &keyword;
+    }
   }
   return nullptr;
 }

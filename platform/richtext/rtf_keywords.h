@@ -153,7 +153,7 @@ struct RTFKeyword {
   int32_t value;
 };
 
-// Null for a word that is not known. Constant time.
-[[nodiscard]] const RTFKeyword* findRTFKeyword(std::string_view word);
+// Null for a word that is not known. `key` is rtf::keyOf(word). Constant time.
+[[nodiscard]] const RTFKeyword* findRTFKeyword(std::string_view word, uint64_t key);
 
 }  // namespace kelspar

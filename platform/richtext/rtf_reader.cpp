@@ -56,9 +56,11 @@ class Reader {
 
  private:
   void readAll() {
-    for (RTFToken token = tokens_.next(); token.kind != RTFToken::Kind::end;
-         token = tokens_.next()) {
-      if (!read(token)) break;
+    // Pages of it that stay empty cost nothing.
+    out_.reserve(tokens_.rest().size());
+    while (true) {
+      const RTFToken token = tokens_.next();
+      if (token.kind == RTFToken::Kind::end || !read(token)) break;
     }
     flush();
   }
@@ -195,23 +197,32 @@ class Reader {
     if (bytes.empty()) return;
     if (!isShown()) {
       describe(bytes);
-    } else if (pending_.empty() && symbolFont() == RTFSymbolFont::none &&
-               utf8::asciiPrefix(bytes) == bytes.size()) {
-      appendAscii(bytes);
+    } else if (pending_.empty() && symbolFont() == RTFSymbolFont::none) {
+      // ASCII goes straight to the text; what else there is waits to be decoded.
+      do {
+        bytes.remove_prefix(appendASCII(bytes));
+        // NULs, which some writers leave behind, are no text.
+        while (bytes.starts_with('\0')) bytes.remove_prefix(1);
+      } while (!bytes.empty() && static_cast<uint8_t>(bytes[0]) < 0x80);
+      pending_.append(bytes);
     } else {
       pending_.append(bytes);
     }
   }
 
-  // NULs, which some writers leave behind, are no text.
-  void appendAscii(std::string_view bytes) {
-    for (size_t at = 0; at < bytes.size(); ++at) {
-      const size_t end = scan::findAny(bytes, at, '\0');
-      const size_t start = out_.size();
-      out_.resize(start + end - at);
-      utf8::widen(bytes.substr(at, end - at), out_.data() + start);
-      at = end;
+  // Appends the ASCII that `bytes` begin with, up to a NUL, and returns its length.
+  size_t appendASCII(std::string_view bytes) {
+    constexpr size_t kBlock = 256;
+    char16_t units[kBlock];
+    size_t at = 0;
+    while (at < bytes.size()) {
+      const size_t size = std::min(bytes.size() - at, kBlock);
+      const size_t done = scan::widenASCII(bytes.substr(at, size), units);
+      out_.append(units, done);
+      at += done;
+      if (done < size) break;
     }
+    return at;
   }
 
   void hexByte(uint8_t byte) {
@@ -373,7 +384,7 @@ class Reader {
   // Control words
 
   void word(const RTFToken& token) {
-    const RTFKeyword* keyword = findRTFKeyword(token.bytes);
+    const RTFKeyword* keyword = findRTFKeyword(token.bytes, token.key);
     const bool ignorable = std::exchange(starred_, false);
     if (!keyword) {
       if (fallback_ > 0) {
