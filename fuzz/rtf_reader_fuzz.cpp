@@ -23,8 +23,8 @@ void checkAttributed(const NSData& rtf, const NSString& text) {
   for (const NSTextRun& run : attributed.runs()) {
     check(run.length > 0 && run.attributes);
     const bool isPicture = run.attributes->attachment != nullptr;
-    check(!isPicture || (run.length == 1 && units[at] == u'\uFFFC'));
     for (const size_t end = at + run.length; at < end; ++at) {
+      check(!isPicture || units[at] == u'\uFFFC');
       if (!isPicture) units[kept++] = units[at];
     }
   }
