@@ -124,6 +124,8 @@ void enterPresentation(ClassEntry& text) {
   text.add("characterAtIndex:", &Class::characterAtIndex);
   text.add("wordsFromString:wordCount:", &Class::wordsFromString);
   text.add(std::make_unique<TransitionText>());
+  text.add("getWidthForMutableString:", &Class::getWidthForMutableString);
+  text.add("fitAttributedString:toSize:", &Class::fitAttributedString);
 }
 
 }  // namespace
