@@ -81,7 +81,27 @@ size_t decode(std::string_view bytes, char16_t* out, size_t* valid) {
   const auto* p = reinterpret_cast<const uint8_t*>(bytes.data());
   size_t at = 0;
   while (at < bytes.size()) {
-    if (p[at] < 0x80) {
+    const uint8_t lead = p[at];
+    // The frequent forms, where the next bytes need no look at bounds of their own.
+    if (at + 2 < bytes.size()) {
+      const uint8_t second = p[at + 1], third = p[at + 2];
+      if (lead >= 0xC2 && lead < 0xE0 && (second & 0xC0) == 0x80) {
+        *out++ = static_cast<char16_t>((lead & 0x1F) << 6 | (second & 0x3F));
+        at += 2;
+        continue;
+      }
+      if (lead > 0xE0 && lead < 0xED && (second & 0xC0) == 0x80 && (third & 0xC0) == 0x80) {
+        *out++ = static_cast<char16_t>((lead & 0x0F) << 12 | (second & 0x3F) << 6 | (third & 0x3F));
+        at += 3;
+        continue;
+      }
+      if (lead < 0x80 && second >= 0x80) {
+        *out++ = lead;
+        ++at;
+        continue;
+      }
+    }
+    if (lead < 0x80) {
       const size_t run = asciiPrefix(bytes.substr(at));
       widen(bytes.substr(at, run), out);
       out += run;
