@@ -104,10 +104,10 @@ std::u16string Classes::paragraph(const NSParagraphStyle& style) {
   return named(u'p', std::move(declarations));
 }
 
-// The list itself indents its items.
-std::u16string Classes::item(const NSParagraphStyle& style) {
+std::u16string Classes::item(const NSParagraphStyle& style, double indent) {
   std::u16string declarations;
   declareText(style, &declarations);
+  declareLength(u"margin-left", indent, &declarations);
   return named(u'l', std::move(declarations));
 }
 
@@ -126,13 +126,20 @@ std::u16string Classes::look(const NSTextAttributes& attributes) {
   return named(u's', std::move(declarations));
 }
 
-std::u16string Classes::list(const NSTextList& list) {
+std::u16string Classes::list(const NSTextList& list, double indent) {
+  std::u16string declarations;
   const std::u16string_view kind = list.marker.view();
   const bool isName = !kind.empty() && std::ranges::all_of(kind, [](char16_t c) {
     return (c >= u'a' && c <= u'z') || c == u'-';
   });
-  if (!isName || kind == u"decimal") return {};
-  return named(u'o', u"list-style-type:" + std::u16string(kind) + u";");
+  if (isName && kind != u"decimal") {
+    declarations += u"list-style-type:" + std::u16string(kind) + u";";
+  }
+  if (indent > 0) {
+    declareLength(u"margin-left", indent, &declarations);
+    declarations += u"padding-left:0;";
+  }
+  return named(u'o', std::move(declarations));
 }
 
 std::u16string Classes::cell(const NSTextTableCell& cell) {
@@ -155,7 +162,8 @@ std::u16string Classes::sheet() const {
   if (!body.empty()) body.pop_back();
   sheet += u"body{" + body + u"}\n";
   sheet +=
-      u"p,li,pre,h1,h2,h3,h4,h5,h6{margin:0;white-space:pre-wrap}\n"
+      u"p,pre,h1,h2,h3,h4,h5,h6{margin:0}\n"
+      u".w,pre{white-space:pre-wrap}\n"
       u"h1,h2,h3,h4,h5,h6{font-size:";
   appendNumber(font_.size, &sheet);
   sheet += u"pt;font-weight:normal}\n";

@@ -15,11 +15,12 @@ class Classes {
   // `font` is what text has that says nothing else.
   explicit Classes(const NSFont& font) : font_(font) {}
 
-  // The class of a paragraph's style, of a list item's, of a run's look, of a cell; empty when
-  // there is nothing to say.
+  // The class of a paragraph's style, of a list, of its item's style, of a run's look, of a cell;
+  // empty when there is nothing to say. `indent`: of a list within what is around it (0: as lists
+  // are), of an item within its list.
   [[nodiscard]] std::u16string paragraph(const NSParagraphStyle& style);
-  [[nodiscard]] std::u16string list(const NSTextList& list);
-  [[nodiscard]] std::u16string item(const NSParagraphStyle& style);
+  [[nodiscard]] std::u16string list(const NSTextList& list, double indent);
+  [[nodiscard]] std::u16string item(const NSParagraphStyle& style, double indent);
   [[nodiscard]] std::u16string look(const NSTextAttributes& attributes);
   [[nodiscard]] std::u16string cell(const NSTextTableCell& cell);
 

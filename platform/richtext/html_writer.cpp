@@ -123,6 +123,7 @@ class Writer {
     uint32_t identity;
     bool ordered;
     int64_t next;
+    double indent;  // of its items, from the cell's edge; 0: as lists are
   };
 
   NSString finish() {
@@ -177,7 +178,11 @@ class Writer {
     pieces_.clear();
   }
 
-  void paragraph() {
+  // `around`: what the item that it stands in is indented by.
+  void paragraph(double around = 0) {
+    NSParagraphStyle style = *style_;
+    style.headIndent -= around;
+    style.firstLineIndent -= around;
     std::u16string name = u"p";
     if (style_->preformatted) {
       name = u"pre";
@@ -185,7 +190,7 @@ class Writer {
       name = u"h" + decimal(style_->headingLevel);
     }
     body_ += u'<' + name;
-    writeClass(classes_.paragraph(*style_));
+    writeClass(classes_.paragraph(style));
     body_ += u'>';
     const size_t start = body_.size();
     writePieces();
@@ -200,7 +205,7 @@ class Writer {
     const NSTextList& list = style_->lists.back();
     OpenList& open = lists_.back();
     if (goesOn && marker.empty()) {
-      paragraph();  // one more of the same item
+      paragraph(open.indent);  // one more of the same item
       return;
     }
     if (goesOn) {
@@ -209,16 +214,21 @@ class Writer {
     }
     body_ += u"<li";
     int64_t value = 0;
+    const double indent = open.indent > 0 ? style_->headIndent - open.indent : 0;
+    const std::u16string name = classes_.item(*style_, indent);
     if (isGenerated(list, marker, &value)) {
       if (list.ordered && value != open.next) body_ += u" value=\"" + decimal(value) + u"\"";
       open.next = value + 1;
-      writeClass(classes_.item(*style_));
+      writeClass(name);
       body_ += u'>';
     } else {
-      const std::u16string name = classes_.item(*style_);
       writeClass(name.empty() ? u"n" : u"n " + name);
       body_ += u'>';
-      writeText(marker);
+      if (!marker.empty()) {
+        body_ += u"<span class=\"w\">";
+        writeText(marker);
+        body_ += u"</span>";
+      }
     }
     writePieces();
   }
@@ -296,10 +306,13 @@ class Writer {
       if (list.ordered && list.startingNumber != 1) {
         body_ += u" start=\"" + decimal(list.startingNumber) + u"\"";
       }
-      writeClass(classes_.list(list));
+      const double around = lists_.size() > outside ? lists_.back().indent : 0;
+      const double indent = i + 1 == depth ? style_->headIndent - around : 0;
+      writeClass(classes_.list(list, indent));
       body_ += u'>';
       endLine();
-      lists_.push_back({list.identity, list.ordered, list.startingNumber});
+      lists_.push_back(
+          {list.identity, list.ordered, list.startingNumber, indent > 0 ? style_->headIndent : 0});
       if (i + 1 < depth) body_ += u"<li class=\"n\">";
     }
     return false;
@@ -409,7 +422,30 @@ class Writer {
     body_ += u'"';
   }
 
+  // Whether white space in the paragraph would collapse.
+  [[nodiscard]] bool hasWhiteSpaceToKeep() const {
+    bool isEmpty = true;
+    char16_t before = u' ';  // at its start and behind a line's end, too
+    for (const Piece& piece : pieces_) {
+      for (const char16_t c : piece.text) {
+        const bool isBreak = c == 0x2028 || c == u'\r';
+        if (c == u'\t' || c == u'\f') return true;
+        if (before == u' ' && (c == u' ' || (isBreak && !isEmpty))) return true;
+        before = isBreak ? u' ' : c;
+        isEmpty = false;
+      }
+    }
+    return before == u' ' && !isEmpty;
+  }
+
   void writePieces() {
+    const bool keeps = !style_->preformatted && hasWhiteSpaceToKeep();
+    if (keeps) body_ += u"<span class=\"w\">";
+    writeLinkedPieces();
+    if (keeps) body_ += u"</span>";
+  }
+
+  void writeLinkedPieces() {
     for (size_t i = 0; i < pieces_.size();) {
       const NSString& link = pieces_[i].attributes->link;
       size_t end = i + 1;

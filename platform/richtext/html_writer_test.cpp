@@ -58,7 +58,7 @@ constexpr Row kRows[] = {
      "{\\*\\pn\\pnlvlblt}{\\pntext\\bullet\\tab}a\\par{\\pntext\\bullet\\tab}b\\par\\pard c",
      "<ul class=\"o1\">\n<li>a</li>\n<li>b</li>\n</ul>\n<p>c</p>\n"},
     {"OtherBullets", "{\\*\\pn\\pnlvlblt}{\\pntext -\\tab}a\\par",
-     "<ul class=\"o1\">\n<li class=\"n\">-\ta</li>\n</ul>\n"},
+     "<ul class=\"o1\">\n<li class=\"n\"><span class=\"w\">-\t</span>a</li>\n</ul>\n"},
     {"Numbers", "{\\*\\pn\\pnlvlbody\\pndec}{\\pntext 1.\\tab}a\\par{\\pntext 5.\\tab}b\\par",
      "<ol>\n<li>a</li>\n<li value=\"5\">b</li>\n</ol>\n"},
     {"Romans", "{\\*\\pn\\pnlvlbody\\pnlcrm}{\\pntext i.\\tab}a\\par{\\pntext ii.\\tab}b\\par",
@@ -168,6 +168,32 @@ INSTANTIATE_TEST_SUITE_P(
       return rows;
     }()),
     [](const auto& row) { return std::string(row.param.name); });
+
+struct Same {
+  const char* name;
+  std::string_view rtf;
+};
+class ReadsBackWhole : public testing::TestWithParam<Same> {};
+TEST_P(ReadsBackWhole, WithItsAttributes) {
+  const NSAttributedString text =
+      NSAttributedString::initWithRTF(NSData("{\\rtf1" + std::string(GetParam().rtf) + "}"));
+  const NSString html = htmlFromAttributedString(text);
+  EXPECT_EQ(attributedTextFromHTML(html), text) << html;
+}
+constexpr Same kSame[] = {
+    {"Fonts", "{\\fonttbl{\\f0 Arial;}{\\f1 Courier New;}}\\f0\\fs20 aaa{\\f1 b}{\\fs48 c}"},
+    {"Inline", " a{\\b b{\\i c}}{\\ul d}{\\strike e}{\\super f}{\\sub g}{\\up6 h}"},
+    {"Colors", "{\\colortbl;\\red255\\green0\\blue1;}a{\\cf1 b}{\\highlight1 c}"},
+    {"Paragraphs",
+     "\\qc\\li720\\fi-360\\ri200\\sb120\\sa60\\sl360\\slmult1 a\\par\\pard b\\par\\qr c"},
+    {"WhiteSpace", "  a  b \\tab c\\par d "},
+    {"Headings", "\\outlinelevel0\\b\\fs40 a\\par\\pard\\plain b"},
+    {"Links", "{\\field{\\*\\fldinst HYPERLINK \"http://a/\"}{\\fldrslt a{\\ul b}}}c"},
+    {"Cells",
+     "\\trowd\\clbrdrt\\brdrs\\brdrw20\\cellx1000\\cellx2000\\intbl a\\cell b\\cell\\row\\pard c"},
+};
+INSTANTIATE_TEST_SUITE_P(HTML, ReadsBackWhole, testing::ValuesIn(kSame),
+                         [](const auto& row) { return std::string(row.param.name); });
 
 #ifdef KELSPAR_CORPUS
 // Empty cells at a row's end and blank lines at a table's border are what may differ.

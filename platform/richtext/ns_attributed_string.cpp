@@ -16,6 +16,13 @@ bool sameContents(const std::shared_ptr<const T>& a, const std::shared_ptr<const
   return a == b || (a && b && *a == *b);
 }
 
+// No style is the default one.
+bool sameParagraph(const NSTextAttributes& a, const NSTextAttributes& b) {
+  if (a.paragraph == b.paragraph) return true;
+  static const NSParagraphStyle plain;
+  return (a.paragraph ? *a.paragraph : plain) == (b.paragraph ? *b.paragraph : plain);
+}
+
 class AttributedContents final : public NSObject {
  public:
   AttributedContents(NSString text, std::vector<NSTextRun> runs)
@@ -61,8 +68,7 @@ bool operator==(const NSTextAttributes& a, const NSTextAttributes& b) {
   return a.font == b.font && a.foreground == b.foreground && a.background == b.background &&
          a.underline == b.underline && a.strikethrough == b.strikethrough &&
          a.superscript == b.superscript && a.baselineOffset == b.baselineOffset &&
-         a.link == b.link && sameContents(a.paragraph, b.paragraph) &&
-         sameContents(a.attachment, b.attachment);
+         a.link == b.link && sameParagraph(a, b) && sameContents(a.attachment, b.attachment);
 }
 
 namespace richtext {

@@ -83,6 +83,9 @@ TEST(AttributedString, EqualityLooksIntoParagraphsAndAttachments) {
   EXPECT_EQ(with(1), with(1));
   EXPECT_FALSE(with(1) == with(2));
   EXPECT_FALSE(with(1) == NSAttributedString(u"a"));
+  NSTextAttributes plain;
+  plain.paragraph = std::make_shared<NSParagraphStyle>();
+  EXPECT_EQ(NSAttributedString(u"a", plain), NSAttributedString(u"a"));
 }
 
 TEST(MutableAttributedString, Edits) {
