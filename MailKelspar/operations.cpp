@@ -9,6 +9,18 @@ KELSPAR_OPERATIONS(MailKelspar) {
   mail.add("htmlFromEncapsulatedRTF:", &MailKelspar::htmlFromEncapsulatedRTF);
   mail.add("htmlDeclaringUTF8:", &MailKelspar::htmlDeclaringUTF8);
   mail.add("rtfFromStoredBody:", &MailKelspar::rtfFromStoredBody);
+  mail.add("decodeHeader:", &MailKelspar::decodeHeader);
+  mail.add("parametersOfHeader:", &MailKelspar::parametersOfHeader);
+  mail.add("addressesFromHeader:", &MailKelspar::addressesFromHeader);
+  mail.add("dateFromHeader:", &MailKelspar::dateFromHeader);
+  mail.add("bareContentIdentifier:", &MailKelspar::bareContentIdentifier);
+  mail.add("encodingOfCharsetLabel:", &MailKelspar::encodingOfCharsetLabel);
+  mail.add("textFromData:charset:", &MailKelspar::textFromData);
+  mail.add("charsetDeclaredByHTML:", &MailKelspar::charsetDeclaredByHTML);
+  mail.add("decodeTransfer:encoding:", &MailKelspar::decodeTransfer);
+  mail.add("textFromHTML:", &MailKelspar::textFromHTML);
+  mail.add("safeHTML:", &MailKelspar::safeHTML);
+  mail.add("bestBody:html:rtf:", &MailKelspar::bestBody);
 }
 
 }  // namespace kelspar
