@@ -1,10 +1,20 @@
 // What kind of material an input is, by its content, and the operations that convert it.
 #include "host/convert.h"
 
+#include <unistd.h>
+
+#include <filesystem>
+#include <iostream>
+
 #include "MailKelspar/MailKelspar.h"
 #include "RTFKelspar/RTFKelspar.h"
 #include "RTFKelspar/RTFKelsparNSDataAdditions.h"
+#include "host/attachment_files.h"
 #include "host/files.h"
+#include "host/jobs.h"
+#include "host/json_text.h"
+#include "host/message_text.h"
+#include "host/open_message.h"
 
 namespace kelspar::host {
 
@@ -40,6 +50,142 @@ std::string converted(const NSData& rtf, const ConvertOptions& options, const st
   return MailKelspar::htmlDeclaringUTF8(html).utf8();
 }
 
+bool isBody(const NSData& input) { return isCompressedRTF(input) || looksLikeRTF(input); }
+
+std::string shown(const std::vector<std::shared_ptr<Message>>& messages,
+                  const ConvertOptions& options) {
+  const ShowOptions show{.header = !options.noHeader};
+  if (options.to == "json") {
+    const std::string list =
+        jsonArray(messages, [](const auto& message) { return jsonOf(*message); });
+    return (messages.size() == 1 ? list.substr(1, list.size() - 2) : list) + "\n";
+  }
+  if (options.to == "rtf") {
+    if (messages.size() == 1) return rtfOf(*messages.front(), show);
+    throw Failure(kInputFailed, "several messages in one file cannot become one RTF document");
+  }
+  std::string output;
+  for (const auto& message : messages) {
+    // Messages of one file stand apart by a form feed, pages by their own document type.
+    if (!output.empty() && options.to == "text") output += "\f\n";
+    output += options.to == "html" ? htmlOf(*message, show) : textOf(*message, show);
+  }
+  return output;
+}
+
+struct Result {
+  std::string input, output, text;
+  int status = 0;
+  std::string error;
+};
+
+// All inputs of one command.
+class Run {
+ public:
+  explicit Run(const ConvertOptions& options) : options_(options) {}
+
+  int run() {
+    size_t at = 0;
+    const auto next = [&]() -> std::optional<std::string> {
+      if (at == options_.inputs.size()) return {};
+      return options_.inputs[at++];
+    };
+    const size_t jobs = std::min(options_.inputs.size(), jobsFor(options_.jobs));
+    inOrder<std::string, Result>(
+        jobs, next, [this](const std::string& input) { return work(input); },
+        [this](Result result) { take(std::move(result)); });
+    if (options_.inputs.size() > 1) finish();
+    return status();
+  }
+
+ private:
+  Result work(const std::string& input) const {
+    Result result{.input = input, .output = "", .text = "", .status = 0, .error = ""};
+    try {
+      const std::string name = inputName(input);
+      if (!options_.outputFolder.empty()) {
+        result.output = pathUnder(options_.outputFolder, input, options_.to);
+        if (!options_.force && std::filesystem::exists(result.output)) {
+          throw Failure(kCannotWrite, result.output + ": is there already (--force replaces it)");
+        }
+      }
+      result.text = convertedInput(readInput(input), name, options_);
+      if (!result.output.empty()) {
+        makeFolderOf(result.output);
+        writeOutput(result.output, result.text);
+        result.text.clear();
+      }
+    } catch (const Failure& failure) {
+      result.status = failure.status();
+      result.error = failure.what();
+    } catch (const std::exception& error) {
+      result.status = kInputFailed;
+      result.error = inputName(input) + ": " + error.what();
+    }
+    return result;
+  }
+
+  static void makeFolderOf(const std::string& path) {
+    std::error_code error;
+    const auto folder = std::filesystem::path(path).parent_path();
+    std::filesystem::create_directories(folder, error);
+    if (error) {
+      throw Failure(kCannotWrite, folder.string() + ": cannot be made: " + error.message());
+    }
+  }
+
+  void take(Result result) {
+    if (result.status == 0 && result.output.empty()) {
+      try {
+        writeOutput(options_.output, result.text);
+      } catch (const Failure& failure) {
+        result.status = failure.status();
+        result.error = failure.what();
+      }
+    }
+    ++done_;
+    if (result.status != 0) {
+      clearProgress();
+      std::cerr << "kelspar: " << result.error << '\n';
+      ++(result.status == kCannotWrite ? notWritten_ : notRead_);
+    } else if (!showsProgress_ && !result.output.empty()) {
+      std::cerr << result.input << " -> " << result.output << '\n';
+    }
+    showProgress();
+  }
+
+  void showProgress() const {
+    if (!showsProgress_) return;
+    constexpr size_t kWidth = 30;
+    const size_t filled = kWidth * done_ / options_.inputs.size();
+    std::cerr << "\r[" << std::string(filled, '#') << std::string(kWidth - filled, '.') << "] "
+              << done_ << "/" << options_.inputs.size() << std::flush;
+  }
+
+  void clearProgress() const {
+    if (showsProgress_) std::cerr << "\r\x1B[K";
+  }
+
+  void finish() const {
+    clearProgress();
+    const size_t failed = notRead_ + notWritten_;
+    std::cerr << "kelspar: " << done_ - failed << " of " << done_ << " converted";
+    if (failed > 0) std::cerr << ", " << failed << " failed";
+    std::cerr << '\n';
+  }
+
+  [[nodiscard]] int status() const {
+    if (notWritten_ > 0) return kCannotWrite;
+    if (notRead_ == 0) return 0;
+    return notRead_ == done_ ? kNothingRead : kInputFailed;
+  }
+
+  const ConvertOptions& options_;
+  const bool showsProgress_ =
+      options_.inputs.size() > 1 && !options_.outputFolder.empty() && ::isatty(STDERR_FILENO) == 1;
+  size_t done_ = 0, notRead_ = 0, notWritten_ = 0;
+};
+
 }  // namespace
 
 NSData rtfOf(const NSData& input, const std::string& name) {
@@ -56,13 +202,45 @@ NSData rtfOf(const NSData& input, const std::string& name) {
   return rtf;
 }
 
-void convert(const ConvertOptions& options) {
-  if (options.colours && options.to != "rtf") {
-    throw Failure(kUsage, "--colours needs --to rtf");
+std::string convertedInput(const NSData& input, const std::string& name,
+                           const ConvertOptions& options) {
+  if (options.colours || !promisesMessages(input, name)) {
+    if (options.to == "json" && !isBody(input)) {
+      throw Failure(kInputFailed, name + ": is no message");
+    }
+    return converted(rtfOf(input, name), options, name);
   }
-  const std::string name = inputName(options.input);
-  const NSData rtf = rtfOf(readInput(options.input), name);
-  writeOutput(options.output, converted(rtf, options, name));
+  const auto messages = openMessages(input, name, {.charset = options.charset});
+  if (messages.empty()) {
+    throw Failure(kInputFailed, name + ": is damaged: no message can be read from it");
+  }
+  if (!options.attachmentFolder.empty()) {
+    for (const auto& message : messages) extractAttachments(*message, options.attachmentFolder);
+  }
+  return shown(messages, options);
+}
+
+std::string pathUnder(const std::string& folder, const std::string& input, const std::string& to) {
+  std::filesystem::path path(folder);
+  for (const auto& part : std::filesystem::path(input).lexically_normal()) {
+    if (part != ".." && part != "/" && part != "." && !part.empty()) path /= part;
+  }
+  if (input == "-") path = std::filesystem::path(folder) / "standard-input";
+  return path.string() + (to == "text" ? ".txt" : "." + to);
+}
+
+int convert(const ConvertOptions& options) {
+  if (options.colours && options.to != "rtf") throw Failure(kUsage, "--colours needs --to rtf");
+  if (!options.output.empty() && !options.outputFolder.empty()) {
+    throw Failure(kUsage, "-o and --output-dir exclude each other");
+  }
+  if (!options.output.empty() && options.inputs.size() > 1) {
+    throw Failure(kUsage, "-o takes one input; --output-dir takes many");
+  }
+  if (!options.charset.empty() && !MailKelspar::encodingOfCharsetLabel(NSString(options.charset))) {
+    throw Failure(kUsage, options.charset + ": is no charset");
+  }
+  return Run(options).run();
 }
 
 }  // namespace kelspar::host

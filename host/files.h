@@ -22,6 +22,7 @@ class Failure : public std::runtime_error {
 
 inline constexpr int kInputFailed = 1;
 inline constexpr int kUsage = 2;
+inline constexpr int kNothingRead = 3;
 inline constexpr int kCannotWrite = 4;
 
 // The bytes of a file, or of standard input for "-". Throws Failure.

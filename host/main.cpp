@@ -9,26 +9,65 @@
 #include "host/convert.h"
 #include "host/date.h"
 #include "host/files.h"
+#include "host/info.h"
+#include "host/stream.h"
+#include "host/time_zone.h"
 
 namespace {
 
 using namespace kelspar::host;
 
 constexpr const char* kFooter =
-    "Exit status: 0 done, 1 an input is at fault, 2 the command line is, 4 the output cannot be "
-    "written.";
+    "Exit status: 0 done, 1 some inputs failed, 2 the command line is at fault, 3 nothing could be "
+    "read, 4 an output cannot be written.";
 
-void addConvert(CLI::App& app, ConvertOptions& options) {
+void addConvert(CLI::App& app, ConvertOptions& options, std::string& zone, int& status) {
   CLI::App* command = app.add_subcommand(
-      "convert", "Convert a stored message body (compressed RTF or RTF, told by its content)");
-  command->add_option("INPUT", options.input, "File to read, \"-\" for standard input")->required();
+      "convert",
+      "Convert messages (.msg, .eml, mbox, winmail.dat) or stored bodies (compressed RTF, RTF), "
+      "told by their content");
+  command->add_option("INPUT", options.inputs, "Files to read, \"-\" for standard input")
+      ->required();
   command->add_option("--to", options.to, "Form of the output")
-      ->check(CLI::IsMember({"rtf", "html", "text"}))
+      ->check(CLI::IsMember({"rtf", "html", "text", "json"}))
       ->capture_default_str();
   command->add_option("-o,--output", options.output, "File to write, instead of standard output");
+  command->add_option("--output-dir", options.outputFolder,
+                      "Folder to write to, a file an input; relative paths are kept");
+  command->add_flag("--force", options.force, "Replace files that are there in --output-dir");
+  command->add_option("--extract-attachments", options.attachmentFolder,
+                      "Folder to write attachments to; nothing in it is replaced");
+  command->add_flag("--no-header", options.noHeader, "Leave out the header block above the body");
+  command->add_option("--charset", options.charset, "Charset of bodies whose label lies");
+  command->add_option("--timezone", zone, "Time zone of dates, such as Europe/Vienna");
+  command->add_option("--jobs", options.jobs, "Inputs at a time (0: one a processor)");
   command->add_flag("--colours", options.colours,
                     "With --to rtf: show the colours of HTML spans by RTF's own means");
-  command->callback([&options] { convert(options); });
+  command->callback([&options, &zone, &status] {
+    setTimeZone(zone);
+    status = convert(options);
+  });
+}
+
+void addInfo(CLI::App& app, InfoOptions& options, std::string& zone, int& status) {
+  CLI::App* command = app.add_subcommand("info", "Print what messages hold");
+  command->add_option("MESSAGE", options.inputs, "Files to read, \"-\" for standard input")
+      ->required();
+  command->add_option("--charset", options.charset, "Charset of bodies whose label lies");
+  command->add_option("--timezone", zone, "Time zone of dates, such as Europe/Vienna");
+  command->callback([&options, &zone, &status] {
+    setTimeZone(zone);
+    status = info(options);
+  });
+}
+
+void addStream(CLI::App& app, StreamOptions& options, int& status) {
+  CLI::App* command = app.add_subcommand(
+      "stream", "Read one file name a line, write one JSON record a line, in order");
+  command->add_flag("--base64", options.base64, "Lines are messages in base64, not file names");
+  command->add_option("--charset", options.charset, "Charset of bodies whose label lies");
+  command->add_option("--jobs", options.jobs, "Messages at a time (0: one a processor)");
+  command->callback([&options, &status] { status = stream(options); });
 }
 
 void addColours(CLI::App& app, ColoursOptions& options) {
@@ -95,13 +134,19 @@ int main(int argc, char** argv) {
   ColoursOptions coloursOptions;
   DateOptions dateOptions;
   CallOptions callOptions;
-  addConvert(app, convertOptions);
+  InfoOptions infoOptions;
+  StreamOptions streamOptions;
+  std::string zone;
+  int status = 0;
+  addConvert(app, convertOptions, zone, status);
+  addInfo(app, infoOptions, zone, status);
+  addStream(app, streamOptions, status);
   addColours(app, coloursOptions);
   addDate(app, dateOptions);
   addCall(app, callOptions);
   try {
     app.parse(argumentsOf(argc, argv));
-    return 0;
+    return status;
   } catch (const CLI::Success& help) {
     return app.exit(help);
   } catch (const CLI::ParseError& error) {

@@ -3,6 +3,7 @@
 
 Usage: command_line_test.py KELSPAR SOURCE_DIR
 """
+import base64
 import json
 import os
 import pathlib
@@ -67,7 +68,7 @@ class CommandLine(unittest.TestCase):
                               (b'\0' * 8 + b'LZFu' + b'\0' * 40, 'damaged')]:
             bad = self.path / 'bad.bin'
             bad.write_bytes(content)
-            message = self.assert_fails(run('convert', bad, '-o', out), 1, 'bad.bin', word)
+            message = self.assert_fails(run('convert', bad, '-o', out), 3, 'bad.bin', word)
             self.assertEqual(message.count('\n'), 1 + message.count('ERROR'))
             self.assertFalse(out.exists())
 
@@ -101,13 +102,13 @@ class CommandLine(unittest.TestCase):
         self.assertEqual([block['RTFColour'] for block in blocks], ['', '\\red255\\green0\\blue0'])
 
     def test_missing_input(self):
-        self.assert_fails(run('convert', self.path / 'none'), 1, 'none', 'No such file')
+        self.assert_fails(run('convert', self.path / 'none'), 3, 'none', 'No such file')
 
     def test_folder_as_input(self):
-        self.assert_fails(run('convert', self.path), 1, 'Is a directory')
+        self.assert_fails(run('convert', self.path), 3, 'Is a directory')
 
     def test_rtf_without_html(self):
-        self.assert_fails(run('convert', '-', '--to', 'html', stdin=b'no mail at all'), 1, 'standard input')
+        self.assert_fails(run('convert', '-', '--to', 'html', stdin=b'no mail at all'), 3, 'standard input')
 
     def test_output_that_cannot_be_written(self):
         self.assert_fails(run('convert', self.sample, '-o', self.path / 'no' / 'out'), 4, 'cannot be written')
@@ -148,6 +149,102 @@ class CommandLine(unittest.TestCase):
         self.assert_fails(run('date', '--from', 'mapi', '12x'), 1, '12x')
         self.assert_fails(run('date', '--from', 'nope', '1'), 2)
 
+    MAIL = (b'From: =?utf-8?Q?J=C3=B6rg?= <j@example.org>\nTo: Ann <a@example.org>\n'
+            b'Date: Tue, 1 Apr 2003 14:00:00 +0200\nSubject: =?utf-8?Q?caf=C3?= =?utf-8?Q?=A9?=\n'
+            b'Content-Type: multipart/mixed; boundary=x\n\n--x\nContent-Type: text/html\n\n'
+            b'<p>Hello <b>there</b><script>bad()</script><img src="http://e.org/x"><img src="cid:i@j">\n--x\n'
+            b'Content-Type: image/png\nContent-Id: <i@j>\nContent-Transfer-Encoding: base64\n\n'
+            b'iVBORw0KGgo=\n--x\nContent-Type: text/x; name="../../evil.txt"\n\nboo\n--x--\n')
+
+    def mail(self, name='a.eml'):
+        path = self.path / name
+        path.parent.mkdir(parents=True, exist_ok=True)
+        path.write_bytes(self.MAIL)
+        return path
+
+    def test_message_to_text(self):
+        text = run('convert', self.mail(), '--timezone', 'UTC').stdout.decode()
+        self.assertEqual(text, 'From: J\u00f6rg <j@example.org>\nTo: Ann <a@example.org>\n'
+                         'Date: Tue, 01 Apr 2003 12:00:00 +0000\nSubject: caf\u00e9\n'
+                         'Attachments: unnamed (8.00 bytes), ../../evil.txt (3.00 bytes)\n\nHello there\n')
+        self.assertEqual(run('convert', self.mail(), '--no-header').stdout, b'Hello there\n')
+
+    def test_message_to_html(self):
+        html = run('convert', self.mail(), '--to', 'html').stdout.decode()
+        self.assertIn('<p>Hello <b>there</b>', html)
+        self.assertIn('src="data:image/png;base64,iVBORw0KGgo="', html)
+        self.assertIn('1 remote contents', html)
+        self.assertNotIn('bad()', html)
+        self.assertNotIn('e.org/x', html)
+
+    def test_message_to_json_and_info(self):
+        record = json.loads(run('convert', self.mail(), '--to', 'json').stdout)
+        self.assertEqual(record['subject'], 'caf\u00e9')
+        self.assertEqual(record['sent'], '2003-04-01T12:00:00Z')
+        self.assertEqual(record['from'], [{'name': 'J\u00f6rg', 'address': 'j@example.org'}])
+        self.assertEqual([a['size'] for a in record['attachments']], [8, 3])
+        info = run('info', self.mail()).stdout.decode()
+        self.assertIn('Sent, seconds since 1970: 1049198400\n', info)
+        self.assertIn('Shown body: html\n', info)
+
+    def test_message_to_rtf(self):
+        rtf = run('convert', self.mail(), '--to', 'rtf').stdout
+        self.assertTrue(rtf.startswith(b'{\\rtf1'))
+        self.assertIn(b'caf\\u233?', rtf)
+
+    def test_attachments_stay_in_their_folder_and_replace_nothing(self):
+        folder = self.path / 'files'
+        for _ in range(2):
+            self.assertEqual(run('convert', self.mail(), '--extract-attachments', folder).returncode, 0)
+        self.assertEqual(sorted(os.listdir(folder)),
+                         ['_.._evil-2.txt', '_.._evil.txt', 'attachment-1', 'attachment-1-2'])
+        self.assertEqual(sorted(os.listdir(self.path)), ['a.eml', 'files'])
+
+    def test_many_inputs(self):
+        self.mail('in/a.eml'), self.mail('in/deep/b.eml')
+        (self.path / 'in' / 'bad.bin').write_bytes(b'hello')
+        command = ['convert', 'in/a.eml', 'in/bad.bin', 'in/deep/b.eml', '../up.eml', '--output-dir', 'out']
+        here = os.getcwd()
+        os.chdir(self.path)
+        try:
+            first = run(*command)
+            again = run(*command)
+            forced = run(*command, '--force')
+        finally:
+            os.chdir(here)
+        self.assertEqual((first.returncode, again.returncode, forced.returncode), (1, 4, 1))
+        self.assertIn(b'2 of 4 converted, 2 failed', first.stderr)
+        self.assertIn(b'is there already', again.stderr)
+        files = sorted(str(p.relative_to(self.path / 'out')) for p in (self.path / 'out').rglob('*') if p.is_file())
+        self.assertEqual(files, ['in/a.eml.txt', 'in/deep/b.eml.txt'])
+
+    def test_mbox(self):
+        folder = self.path / 'box'
+        folder.write_bytes(b'From a\nSubject: 1\n\none\n>From x\n\nFrom b\nSubject: 2\n\ntwo\n')
+        records = json.loads(run('convert', folder, '--to', 'json').stdout)
+        self.assertEqual([r['subject'] for r in records], ['1', '2'])
+        self.assertEqual(records[0]['text'], 'one\nFrom x\n')
+
+    def test_stream_keeps_the_order(self):
+        paths = [self.mail(f'{i}.eml') for i in range(20)]
+        lines = ''.join(f'{p}\n' for p in paths) + '/none\n'
+        result = run('stream', '--jobs', '3', stdin=lines.encode())
+        records = [json.loads(line) for line in result.stdout.splitlines()]
+        self.assertEqual([r['input'] for r in records], [str(p) for p in paths] + ['/none'])
+        self.assertTrue(all(r['messages'][0]['subject'] == 'caf\u00e9' for r in records[:-1]))
+        self.assertIn('No such file', records[-1]['error'])
+        self.assertEqual(result.returncode, 1)
+
+    def test_stream_of_base64(self):
+        line = base64.b64encode(self.MAIL) + b'\n'
+        result = run('stream', '--base64', stdin=line * 2)
+        self.assertEqual([json.loads(r)['input'] for r in result.stdout.splitlines()], ['1', '2'])
+
+    def test_wrong_options(self):
+        self.assert_fails(run('convert', self.mail(), '--timezone', 'Mars/Olympus'), 2, 'Mars/Olympus')
+        self.assert_fails(run('convert', self.mail(), '--charset', 'x-none'), 2, 'x-none')
+        self.assert_fails(run('convert', self.mail(), self.mail(), '-o', self.path / 'o'), 2, '--output-dir')
+
     def test_call(self):
         result = run('call', 'stringFromRTFData', '--receiver', '{"$data":"e1xydGYxIGhpfQ=="}')
         self.assertEqual(json.loads(result.stdout), {'value': 'hi'})
@@ -162,5 +259,5 @@ class CommandLine(unittest.TestCase):
 
 
 if __name__ == '__main__':
-    KELSPAR, SOURCE = sys.argv[1], pathlib.Path(sys.argv[2])
+    KELSPAR, SOURCE = os.path.abspath(sys.argv[1]), pathlib.Path(sys.argv[2])
     unittest.main(argv=sys.argv[:1])

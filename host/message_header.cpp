@@ -1,0 +1,84 @@
+// Header block: decoded names, dates in the reader's zone, attachments by name and size.
+#include "host/message_header.h"
+
+#include <cmath>
+#include <ctime>
+
+#include "BitKelspar/BitKelspar.h"
+#include "host/message_text.h"
+
+namespace kelspar::host {
+
+namespace {
+
+// One line of it, whatever stands in it.
+std::string line(const NSString& text) {
+  std::string plain = text.utf8();
+  for (char& c : plain) {
+    if (static_cast<unsigned char>(c) < ' ' || c == 0x7F) c = ' ';
+  }
+  return plain;
+}
+
+std::string shown(const Mailbox& mailbox) {
+  const std::string name = line(mailbox.name), address = line(mailbox.address);
+  if (name.empty() || name == address) return address;
+  return address.empty() ? name : name + " <" + address + ">";
+}
+
+void addMailboxes(const char* label, const std::vector<Mailbox>& list,
+                  std::vector<std::pair<std::string, std::string>>* lines) {
+  std::string value;
+  for (const Mailbox& mailbox : list) value += (value.empty() ? "" : ", ") + shown(mailbox);
+  if (!value.empty()) lines->emplace_back(label, value);
+}
+
+// False for no date, and for damage: years of five digits, dates before the common era.
+bool fieldsOf(const NSDate& date, bool utc, tm* fields) {
+  const double seconds = date.secondsSince1970();
+  if (!date || std::abs(seconds) > 6.0e10) return false;
+  const auto time = static_cast<time_t>(seconds);
+  return (utc ? gmtime_r(&time, fields) : localtime_r(&time, fields)) != nullptr;
+}
+
+}  // namespace
+
+std::string readableDate(const NSDate& date) {
+  tm fields{};
+  char text[80];
+  if (!fieldsOf(date, false, &fields)) return "";
+  return {text, strftime(text, sizeof text, "%a, %d %b %Y %H:%M:%S %z", &fields)};
+}
+
+std::string isoDate(const NSDate& date) {
+  tm fields{};
+  char text[80];
+  if (!fieldsOf(date, true, &fields)) return "";
+  return {text, strftime(text, sizeof text, "%Y-%m-%dT%H:%M:%SZ", &fields)};
+}
+
+std::vector<std::pair<std::string, std::string>> headerLines(const Message& message) {
+  std::vector<std::pair<std::string, std::string>> lines;
+  addMailboxes("From", message.from, &lines);
+  addMailboxes("To", message.to, &lines);
+  addMailboxes("Cc", message.cc, &lines);
+  addMailboxes("Bcc", message.bcc, &lines);
+  const NSDate date = message.sent ? message.sent : message.received;
+  if (const std::string text = readableDate(date); !text.empty()) lines.emplace_back("Date", text);
+  if (!message.subject.isEmpty()) lines.emplace_back("Subject", line(message.subject));
+  std::string files;
+  for (const Attachment& attachment : message.attachments) {
+    std::string name = line(attachment.name);
+    if (name.empty()) name = attachment.message ? line(attachment.message->subject) : "";
+    if (name.empty()) name = "unnamed";
+    files += (files.empty() ? "" : ", ") + name;
+    if (attachment.bytes) {
+      const auto size = static_cast<double>(attachment.bytes.length());
+      files += " (" + BitKelspar::formatSize(size).utf8() + ")";
+    }
+  }
+  if (!files.empty()) lines.emplace_back("Attachments", files);
+  return lines;
+}
+
+}  // namespace kelspar::host

@@ -1,0 +1,145 @@
+// Messages as JSON records, and what they hold as lines for people.
+#include "BitKelspar/BitKelspar.h"
+#include "MailKelspar/MailKelspar.h"
+#include "RTFKelspar/RTFKelspar.h"
+#include "RTFKelspar/RTFKelsparNSDataAdditions.h"
+#include "host/json_text.h"
+#include "host/message_text.h"
+#include "host/open_message.h"
+
+namespace kelspar::host {
+
+namespace {
+
+std::string jsonOfMailboxes(const std::vector<Mailbox>& list) {
+  return jsonArray(list, [](const Mailbox& mailbox) {
+    return JsonObject().add("name", mailbox.name).add("address", mailbox.address).text();
+  });
+}
+
+NSString dateText(const NSDate& date) {
+  const std::string text = isoDate(date);
+  return text.empty() ? NSString() : NSString(text);
+}
+
+std::string jsonOfAttachment(const Attachment& attachment) {
+  JsonObject json;
+  json.add("name", attachment.name)
+      .add("mediaType", attachment.mediaType)
+      .add("size", uint64_t{attachment.bytes.length()})
+      .add("contentId", attachment.contentIdentifier)
+      .add("inline", attachment.isInline);
+  if (attachment.message) json.addRaw("message", jsonOf(*attachment.message));
+  return json.text();
+}
+
+NSString bodyTextOf(const Message& message) {
+  NSString text(textOf(message, {.header = false}));
+  return text;
+}
+
+NSString bodyHTMLOf(const Message& message) {
+  const BestBody best = bestBodyOf(message);
+  if (!best.html) return nil;
+  return MailKelspar::safeHTML(best.html).objectForKey<NSString>(u"html");
+}
+
+std::string sizeText(size_t bytes) {
+  return BitKelspar::formatSize(static_cast<double>(bytes)).utf8();
+}
+
+void addBody(const char* label, const std::string& what, std::string* out) {
+  *out += std::string(label) + ": " + what + "\n";
+}
+
+std::string labelled(const NSString& label) {
+  return label.isEmpty() ? ", no charset stated" : ", charset " + label.utf8();
+}
+
+void addTime(const char* label, const NSDate& date, std::string* out) {
+  if (!date) return;
+  const double seconds = date.secondsSince1970();
+  *out += std::string(label) + ": " + readableDate(date) + "\n";
+  *out += std::string(label) + ", ISO 8601: " + isoDate(date) + "\n";
+  *out += std::string(label) +
+          ", seconds since 1970: " + std::to_string(static_cast<int64_t>(seconds)) + "\n";
+  *out += std::string(label) + ", 100 ns since 1601: " +
+          std::to_string((static_cast<int64_t>(seconds) + 11'644'473'600) * 10'000'000) + "\n";
+}
+
+void addInfo(const Message& message, const std::string& indent, std::string* out) {
+  std::string lines = "Format: " + message.format + "\n";
+  lines += "Subject: " + message.subject.utf8() + "\n";
+  addTime("Sent", message.sent, &lines);
+  addTime("Received", message.received, &lines);
+  if (message.text) {
+    addBody("Plain body",
+            std::to_string(message.text.length()) + " characters" + labelled(message.textCharset),
+            &lines);
+  }
+  if (message.html) {
+    addBody("HTML body",
+            std::to_string(message.html.length()) + " characters" + labelled(message.htmlCharset),
+            &lines);
+  }
+  if (message.rtf) {
+    addBody("RTF body",
+            sizeText(message.rtf.length()) +
+                (message.rtfWasCompressed ? ", stored compressed" : "") +
+                (RTFKelspar::isEncapsulatedHTML(message.rtf) ? ", encapsulates HTML"
+                                                             : ", encapsulates no HTML"),
+            &lines);
+  }
+  const BestBody best = bestBodyOf(message);
+  addBody("Shown body", best.kind.empty() ? "none" : best.kind, &lines);
+  addBody("Attachments", std::to_string(message.attachments.size()), &lines);
+  for (const std::string& fault : message.faults) addBody("Fault", fault, &lines);
+  for (size_t at = 0; at < lines.size();) {
+    const size_t end = lines.find('\n', at) + 1;
+    *out += indent + lines.substr(at, end - at);
+    at = end;
+  }
+  for (const Attachment& attachment : message.attachments) {
+    *out +=
+        indent + "  " +
+        jsonString(attachment.name.isEmpty() ? NSString(u"unnamed") : attachment.name) + " " +
+        (attachment.mediaType.isEmpty() ? "no type" : attachment.mediaType.utf8()) + " " +
+        sizeText(attachment.bytes.length()) +
+        (attachment.contentIdentifier.isEmpty() ? ""
+                                                : " cid:" + attachment.contentIdentifier.utf8()) +
+        "\n";
+    if (attachment.message) addInfo(*attachment.message, indent + "    ", out);
+  }
+}
+
+}  // namespace
+
+std::string jsonOf(const Message& message) {
+  JsonObject json;
+  json.add("format", message.format.c_str())
+      .add("subject", message.subject)
+      .add("messageId", message.messageIdentifier)
+      .addRaw("from", jsonOfMailboxes(message.from))
+      .addRaw("to", jsonOfMailboxes(message.to))
+      .addRaw("cc", jsonOfMailboxes(message.cc))
+      .addRaw("bcc", jsonOfMailboxes(message.bcc))
+      .addRaw("replyTo", jsonOfMailboxes(message.replyTo))
+      .add("sent", dateText(message.sent))
+      .add("received", dateText(message.received))
+      .add("body", bestBodyOf(message).kind.c_str())
+      .add("text", bodyTextOf(message))
+      .add("html", bodyHTMLOf(message))
+      .addRaw("attachments", jsonArray(message.attachments, jsonOfAttachment))
+      .addRaw("faults", jsonArray(message.faults, [](const std::string& fault) {
+                return jsonString(NSString(fault));
+              }));
+  return json.text();
+}
+
+std::string infoOf(const Message& message) {
+  std::string out;
+  addInfo(message, "", &out);
+  return out;
+}
+
+}  // namespace kelspar::host

@@ -1,0 +1,26 @@
+// A message as something to read: text, HTML, RTF, JSON.
+#pragma once
+
+#include "host/message.h"
+
+namespace kelspar::host {
+
+struct ShowOptions {
+  bool header = true;  // the header block above the body
+};
+
+// "Wed, 01 May 2024 14:00:00 +0200" in the process's time zone; "2024-05-01T12:00:00Z".
+[[nodiscard]] std::string readableDate(const NSDate& date);
+[[nodiscard]] std::string isoDate(const NSDate& date);
+
+// Each ends in a line feed. Outputs are UTF-8, but for RTF.
+[[nodiscard]] std::string textOf(const Message& message, const ShowOptions& options);
+[[nodiscard]] std::string htmlOf(const Message& message, const ShowOptions& options);
+[[nodiscard]] std::string rtfOf(const Message& message, const ShowOptions& options);
+// One line, without the line feed.
+[[nodiscard]] std::string jsonOf(const Message& message);
+
+// What `kelspar info` prints.
+[[nodiscard]] std::string infoOf(const Message& message);
+
+}  // namespace kelspar::host

@@ -1,0 +1,72 @@
+// Lines in, records out.
+#include "host/stream.h"
+
+#include <iostream>
+
+#include "MailKelspar/MailKelspar.h"
+#include "host/files.h"
+#include "host/jobs.h"
+#include "host/json_text.h"
+#include "host/message_text.h"
+#include "host/open_message.h"
+
+namespace kelspar::host {
+
+namespace {
+
+struct Line {
+  std::string text;
+  size_t number = 0;
+};
+
+struct Record {
+  std::string text;
+  bool failed = false;
+};
+
+std::string recordOf(const Line& line, const StreamOptions& options, const std::string& name) {
+  const NSData bytes = options.base64 ? MailKelspar::decodeTransfer(NSData(line.text), u"base64")
+                                      : readInput(line.text);
+  const auto messages = openMessages(bytes, name, {.charset = options.charset});
+  if (messages.empty()) throw Failure(kInputFailed, name + ": no message can be read from it");
+  return JsonObject()
+      .add("input", NSString(name))
+      .addRaw("messages", jsonArray(messages, [](const auto& each) { return jsonOf(*each); }))
+      .text();
+}
+
+Record work(const Line& line, const StreamOptions& options) {
+  const std::string name = options.base64 ? std::to_string(line.number) : line.text;
+  try {
+    return {recordOf(line, options, name), false};
+  } catch (const std::exception& error) {
+    return {JsonObject().add("input", NSString(name)).add("error", error.what()).text(), true};
+  }
+}
+
+}  // namespace
+
+int stream(const StreamOptions& options) {
+  std::ios::sync_with_stdio(false);
+  size_t number = 0, failed = 0, done = 0;
+  const auto next = [&]() -> std::optional<Line> {
+    std::string text;
+    while (std::getline(std::cin, text)) {
+      ++number;
+      if (text.ends_with('\r')) text.pop_back();
+      if (!text.empty()) return Line{std::move(text), number};
+    }
+    return {};
+  };
+  inOrder<Line, Record>(
+      jobsFor(options.jobs), next, [&](const Line& line) { return work(line, options); },
+      [&](Record record) {
+        failed += record.failed;
+        ++done;
+        writeOutput("", record.text + "\n");
+      });
+  if (failed == 0) return 0;
+  return failed == done ? kNothingRead : kInputFailed;
+}
+
+}  // namespace kelspar::host
