@@ -1,0 +1,20 @@
+// Which format an image file's first bytes announce. Internal to the library.
+#pragma once
+
+#include <string_view>
+
+namespace kelspar {
+
+struct ImageFormat {
+  std::string_view signature;
+  const char* loader;  // GDK-PixBuf's name; null: no format
+  const char* mimeType;
+};
+
+// Without a loader when no format fits.
+[[nodiscard]] const ImageFormat& imageFormatOf(std::string_view bytes);
+
+// Larger claims are refused before any pixel is decoded.
+[[nodiscard]] bool isImageSizeBearable(int width, int height);
+
+}  // namespace kelspar
