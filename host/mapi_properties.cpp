@@ -10,6 +10,40 @@ namespace {
 
 constexpr uint32_t kUTF16Page = 1200, kUTF8Page = 65001;
 
+// Pages with escapes between charsets: bodies travel in them, strings are not stored in them.
+bool isForTransport(uint32_t page) { return page >= 50000 && page < 53000; }
+
+// The Windows page of a language (the low ten bits of a locale, MS-LCID 2.2); 0: not known.
+uint32_t pageOfLocale(uint32_t locale) {
+  switch (locale & 0x3FF) {
+    case 0x04:
+      return (locale & 0xFC00) == 0x0800 || (locale & 0xFC00) == 0x1000 ? 936 : 950;
+    case 0x11:
+      return 932;
+    case 0x12:
+      return 949;
+    case 0x19:
+    case 0x22:
+      return 1251;
+    case 0x08:
+      return 1253;
+    case 0x1F:
+      return 1254;
+    case 0x0D:
+      return 1255;
+    case 0x01:
+      return 1256;
+    case 0x1E:
+      return 874;
+    case 0x05:
+    case 0x0E:
+    case 0x15:
+      return 1250;
+    default:
+      return 0;
+  }
+}
+
 NSString withoutTrailingNULs(const NSString& text) {
   size_t length = text.length();
   while (length > 0 && text.view()[length - 1] == 0) --length;
@@ -131,9 +165,10 @@ uint32_t MapiProperties::statedCodePage() const {
   // 8-bit texts are in the message's page; one in Unicode says nothing of them.
   for (const uint16_t identifier : {kMapiMessageCodePage, kMapiInternetCodePage}) {
     const uint32_t page = number(identifier);
-    if (page != 0 && page != kUTF16Page && (page != kUTF8Page || codePage_ == 0)) return page;
+    if (page == 0 || page == kUTF16Page || isForTransport(page)) continue;
+    if (page != kUTF8Page || codePage_ == 0) return page;
   }
-  return 0;
+  return pageOfLocale(number(kMapiMessageLocale));
 }
 
 void fillMessage(const MapiProperties& properties, Message* message) {

@@ -62,6 +62,7 @@ enum MapiIdentifier : uint16_t {
   kMapiAttachFlags = 0x3714,
   kMapiSmtpAddress = 0x39FE,
   kMapiInternetCodePage = 0x3FDE,
+  kMapiMessageLocale = 0x3FF1,
   kMapiMessageCodePage = 0x3FFD,
   kMapiSenderSmtpAddress = 0x5D01,
   kMapiSentRepresentingSmtpAddress = 0x5D02,

@@ -23,7 +23,9 @@ std::string line(const NSString& text) {
 std::string shown(const Mailbox& mailbox) {
   const std::string name = line(mailbox.name), address = line(mailbox.address);
   if (name.empty() || name == address) return address;
-  return address.empty() ? name : name + " <" + address + ">";
+  // A directory's name for somebody tells readers nothing.
+  const bool isDirectoryName = address.starts_with("/") && address.find('@') == address.npos;
+  return address.empty() || isDirectoryName ? name : name + " <" + address + ">";
 }
 
 void addMailboxes(const char* label, const std::vector<Mailbox>& list,
