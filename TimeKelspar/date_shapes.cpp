@@ -47,6 +47,7 @@ class Scanner {
       *value = *value * 10 + (peek() - u'0');
     }
     isGood_ &= !isDigit(peek());
+    if (!isGood_) *value = 0;
     return *this;
   }
 
