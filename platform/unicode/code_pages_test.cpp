@@ -18,11 +18,17 @@ TEST_P(CodePages, Decode) {
   EXPECT_EQ(text, u">" + std::u16string(GetParam().text));
 }
 constexpr Row kRows[] = {
-    {"Windows1250", 1250, "\xB9", u"\u0105"},   {"Dos437", 437, "\x82", u"\u00E9"},
-    {"MacRoman", 10000, "\x8E", u"\u00E9"},     {"ShiftJIS", 932, "\x82\xA0\xB1", u"\u3042\uFF71"},
-    {"GBK", 936, "\xC4\xE3", u"\u4F60"},        {"UHC", 949, "\xB0\xA1", u"\uAC00"},
-    {"Big5", 950, "\xA7\x41", u"\u4F60"},       {"Thai", 874, "\xA1", u"\u0E01"},
-    {"UTF8", 65001, "\xE2\x82\xAC", u"\u20AC"}, {"DamagedIsReplaced", 65001, "a\xE2z", u"a\uFFFDz"},
+    {"Windows1250", 1250, "\xB9", u"\u0105"},
+    {"Dos437", 437, "\x82", u"\u00E9"},
+    {"MacRoman", 10000, "\x8E", u"\u00E9"},
+    {"ShiftJIS", 932, "\x82\xA0\xB1", u"\u3042\uFF71"},
+    {"GBK", 936, "\xC4\xE3", u"\u4F60"},
+    {"UHC", 949, "\xB0\xA1", u"\uAC00"},
+    {"Big5", 950, "\xA7\x41", u"\u4F60"},
+    {"Thai", 874, "\xA1", u"\u0E01"},
+    {"UTF8", 65001, "\xE2\x82\xAC", u"\u20AC"},
+    {"DamagedIsReplaced", 65001, "a\xE2z", u"a\uFFFDz"},
+    {"DamagedDoubleByteIsReplaced", 932, "\xFF\x82", u"\uFFFD\uFFFD"},
     {"UnknownIs1252", 4711, "\x80", u"\u20AC"},
 };
 INSTANTIATE_TEST_SUITE_P(CodePage, CodePages, testing::ValuesIn(kRows),

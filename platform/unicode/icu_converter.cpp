@@ -2,6 +2,7 @@
 #include "platform/unicode/icu_converter.h"
 
 #include <unicode/ucnv.h>
+#include <unicode/ucnv_cb.h>
 #include <unicode/ucnv_err.h>
 
 #include <map>
@@ -16,6 +17,15 @@ struct Close {
 };
 using Converter = std::unique_ptr<UConverter, Close>;
 
+// ICU's own substitution writes U+001A for single bytes of some pages.
+void writeReplacement(const void*, UConverterToUnicodeArgs* arguments, const char*, int32_t,
+                      UConverterCallbackReason reason, UErrorCode* error) {
+  if (reason > UCNV_IRREGULAR) return;  // resets and the like
+  constexpr UChar kReplacement = 0xFFFD;
+  *error = U_ZERO_ERROR;
+  ucnv_cbToUWriteUChars(arguments, &kReplacement, 1, 0, error);
+}
+
 // ICU substitutes silently unless each handle is told to stop.
 Converter open(const char* name, Malformed malformed) {
   UErrorCode error = U_ZERO_ERROR;
@@ -26,6 +36,8 @@ Converter open(const char* name, Malformed malformed) {
                         &error);
     ucnv_setFromUCallBack(converter.get(), UCNV_FROM_U_CALLBACK_STOP, nullptr, nullptr, nullptr,
                           &error);
+  } else {
+    ucnv_setToUCallBack(converter.get(), writeReplacement, nullptr, nullptr, nullptr, &error);
   }
   return U_FAILURE(error) ? nullptr : std::move(converter);
 }
