@@ -57,7 +57,7 @@ bool holdsHTML(Tag tag) {
 
 Import::Import(std::u16string_view html, const HTMLImportOptions* options)
     : tokens_(html),
-      layout_(html.size() / 4),
+      layout_(html.size() / 4, options ? u'\u2028' : u'\n'),
       sheet_(/*layoutOnly=*/options == nullptr),
       options_(options) {
   if (options_) looks_ = std::make_unique<Looks>();

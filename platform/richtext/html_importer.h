@@ -1,7 +1,8 @@
 // Reads HTML into text, or into text with attributes. Internal to the library.
 //
 // One pass over the tokens, no tree, no recursion: linear in the input, whatever it nests. Nothing
-// is ever fetched. Both entries give the same characters; where there are images, attributed text
+// is ever fetched. Both entries give the same characters, but that a <br> inside a paragraph is
+// U+2028 in attributed text and LF in plain text; where there are images, attributed text
 // holds a U+FFFC for each, and the white space and markers around it, and plain text nothing.
 //
 // The text is what a browser's innerText gives of the page, with scripting off:
@@ -22,7 +23,7 @@ namespace kelspar {
 
 // nil for nil.
 [[nodiscard]] NSString plainTextFromHTML(const NSString& html);
-// From UTF-8; what is not valid in it becomes U+FFFD.
+// From UTF-8, or UTF-16 behind its mark; what is not valid becomes U+FFFD.
 [[nodiscard]] NSString plainTextFromHTML(const NSData& html);
 
 struct HTMLImportOptions {

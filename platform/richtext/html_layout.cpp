@@ -46,13 +46,19 @@ size_t findCollapsible(std::u16string_view text, size_t from) {
 // How many line ends the text ends in, counted up to `most`.
 uint8_t lineEndsBehind(std::u16string_view text, uint8_t most) {
   uint8_t count = 0;
-  while (count < most && count < text.size() && text[text.size() - 1 - count] == u'\n') ++count;
+  while (count < most && count < text.size()) {
+    const char16_t c = text[text.size() - 1 - count];
+    if (c != u'\n' && c != u'\u2028') break;
+    ++count;
+  }
   return count;
 }
 
 }  // namespace
 
-TextLayout::TextLayout(size_t expectedUnits) { main_.text.reserve(expectedUnits); }
+TextLayout::TextLayout(size_t expectedUnits, char16_t lineEnd) : lineEnd_(lineEnd) {
+  main_.text.reserve(expectedUnits);
+}
 
 void TextLayout::text(std::u16string_view units, WhiteSpace whiteSpace) {
   if (whiteSpace == WhiteSpace::collapse) return collapse(units);
@@ -61,7 +67,7 @@ void TextLayout::text(std::u16string_view units, WhiteSpace whiteSpace) {
     const size_t end = scan::findAny(units, from, u'\n', u'\r');
     collapse(units.substr(from, end - from));
     if (end == units.size()) return;
-    lineBreak();
+    endLine(u'\n');
     const bool isPair = units[end] == u'\r' && end + 1 < units.size() && units[end + 1] == u'\n';
     from = end + (isPair ? 2 : 1);
   }
@@ -90,7 +96,7 @@ void TextLayout::keep(std::u16string_view units) {
     const size_t end = scan::findAny(units, from, u'\n', u'\r');
     if (end > from) append(units.substr(from, end - from));
     if (end == units.size()) return;
-    lineBreak();
+    endLine(u'\n');
     const bool isPair = units[end] == u'\r' && end + 1 < units.size() && units[end + 1] == u'\n';
     from = end + (isPair ? 2 : 1);
   }
@@ -106,6 +112,7 @@ void TextLayout::flush() {
   Output& out = *out_;
   out.fresh = false;
   if (out.breaks && !out.text.empty()) {
+    if (isLineEnd(out.text.back())) out.text.back() = u'\n';
     out.text.append(out.breaks - lineEndsBehind(out.text, out.breaks), u'\n');
   }
   out.breaks = 0;
@@ -133,11 +140,11 @@ void TextLayout::append(std::u16string_view units) {
 
 void TextLayout::atom(std::u16string_view units) { append(units); }
 
-void TextLayout::lineBreak() {
+void TextLayout::endLine(char16_t lineEnd) {
   flush();
   out_->space = false;
   startRun();
-  out_->text.push_back(u'\n');
+  out_->text.push_back(lineEnd);
 }
 
 void TextLayout::requireBreaks(uint8_t breaks) {

@@ -28,12 +28,14 @@ class TextLayout {
     std::vector<Run> runs;  // the first one starts at 0; empty when the text is
   };
 
-  explicit TextLayout(size_t expectedUnits);
+  // A <br> is written as `lineEnd`: U+2028 where paragraphs have a look, else LF. One that ends a
+  // block is an LF in either case.
+  TextLayout(size_t expectedUnits, char16_t lineEnd);
 
   void text(std::u16string_view units, WhiteSpace whiteSpace);
   // Something that is no white space and stands in the line.
   void atom(std::u16string_view units);
-  void lineBreak();
+  void lineBreak() { endLine(lineEnd_); }
   // At least so many line ends before the next text: 1 for a new line, 2 for a blank line between.
   void requireBreaks(uint8_t breaks);
 
@@ -59,6 +61,8 @@ class TextLayout {
   [[nodiscard]] Result finish() &&;
 
  private:
+  static bool isLineEnd(char16_t c) { return c == u'\n' || c == u'\u2028'; }
+
   // A text while it grows.
   struct Output {
     std::u16string text;
@@ -68,7 +72,7 @@ class TextLayout {
     bool fresh = false;  // nothing stands in the cell or item yet
     uint32_t tabs = 0;   // cells that were passed
     std::u16string marker;
-    bool atLineStart() const { return text.empty() || text.back() == u'\n'; }
+    bool atLineStart() const { return text.empty() || isLineEnd(text.back()); }
   };
   struct Row {
     size_t start;
@@ -83,6 +87,7 @@ class TextLayout {
 
   void flush();
   void startRun();
+  void endLine(char16_t lineEnd);
   void append(std::u16string_view units);
   void collapse(std::u16string_view units);
   void keep(std::u16string_view units);
@@ -95,6 +100,7 @@ class TextLayout {
   std::vector<Row> rows_;
   std::vector<Table> tables_;  // by position
   uint32_t look_ = 0;
+  char16_t lineEnd_;
 };
 
 }  // namespace kelspar::html
