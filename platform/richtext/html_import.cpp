@@ -177,7 +177,7 @@ void Import::startVoid(Tag tag) {
 void Import::image() {
   if (auto attachment = attachmentOf(tokens_, *options_)) {
     layout_.setLook(looks_->withAttachment(std::move(attachment)));
-    layout_.atom(u"\uFFFC");
+    layout_.atom(u"\uFFFC", looks_->current());
   }
 }
 

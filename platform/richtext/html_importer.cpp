@@ -46,4 +46,8 @@ NSAttributedString attributedTextFromHTML(const NSData& html, const HTMLImportOp
   return attributedTextFromHTML(decoded(html), options);
 }
 
+NSAttributedString NSAttributedString::initWithHTML(const NSData& html) {
+  return attributedTextFromHTML(html);
+}
+
 }  // namespace kelspar

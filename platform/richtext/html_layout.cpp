@@ -138,7 +138,11 @@ void TextLayout::append(std::u16string_view units) {
   out.text.append(units);
 }
 
-void TextLayout::atom(std::u16string_view units) { append(units); }
+void TextLayout::atom(std::u16string_view units, uint32_t after) {
+  append(units);
+  look_ = after;
+  startRun();
+}
 
 void TextLayout::endLine(char16_t lineEnd) {
   flush();

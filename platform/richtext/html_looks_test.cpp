@@ -131,6 +131,7 @@ constexpr Row kRows[] = {
     {"BodyColors", "<body text=blue style='font-size:10pt'>a", "[size=10 color=#0000FF]a"},
     {"RemoteImage", "a<img src=https://example.org/a.png>b",
      "a[image=https://example.org/a.png,,0]\uFFFC[]b"},
+    {"SpaceBehindAnImageIsNotPartOfIt", "<b><img src=a> b</b>", "[bold image=a,,0]\uFFFC[bold] b"},
     {"CountingPixel", "a<img src=https://example.org/a.png width=1 height=1>b", "ab"},
     {"DataImage", "<img src='data:image/png;base64,AQ ID'>", "[image=,image/png,3]\uFFFC"},
     {"DataImageByPercent", "<img src='data:image/gif,%01ab'>", "[image=,image/gif,3]\uFFFC"},
