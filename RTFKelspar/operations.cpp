@@ -1,6 +1,7 @@
 // The unit's operations, as hosts call them.
 #include "RTFKelspar/RTFKelspar.h"
 #include "RTFKelspar/RTFKelsparNSArrayAdditions.h"
+#include "RTFKelspar/RTFKelsparNSAttributedStringAdditions.h"
 #include "RTFKelspar/RTFKelsparNSDataAdditions.h"
 #include "RTFKelspar/RTFKelsparNSStringAdditions.h"
 #include "platform/runtime/registry.h"
@@ -53,6 +54,13 @@ KELSPAR_OPERATIONS(RTFKelspar) {
   namespace Array = RTFKelsparNSArrayAdditions;
   auto array = registry.forCategory("RTFKelsparNSArrayAdditions", "NSArray");
   array.add("generateArrayForDictionaryKey:", &Array::generateArrayForDictionaryKey);
+
+  namespace Attributed = RTFKelsparNSAttributedStringAdditions;
+  auto attributed =
+      registry.forCategory("RTFKelsparNSAttributedStringAdditions", "NSAttributedString");
+  attributed.add("createPdfDataFromAttributedString",
+                 &Attributed::createPdfDataFromAttributedString);
+  attributed.add("saveRtfAsPdfWithFilepath:", &Attributed::saveRtfAsPdfWithFilepath);
 }
 
 }  // namespace kelspar

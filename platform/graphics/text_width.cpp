@@ -9,6 +9,7 @@
 
 #include "platform/foundation/scan.h"
 #include "platform/foundation/utf8.h"
+#include "platform/graphics/pango_fonts.h"
 
 namespace kelspar {
 
@@ -21,8 +22,7 @@ struct Release {
   void operator()(gpointer object) const { g_object_unref(object); }
 };
 
-// The host's default font map stays as it is: ours counts 72 dots an inch, so that a unit is a
-// point, and does not snap to pixels.
+// The layout that measures.
 class Ruler {
  public:
   static Ruler& ofThisThread() {
@@ -39,15 +39,7 @@ class Ruler {
   }
 
  private:
-  Ruler()
-      : fonts_(pango_cairo_font_map_new()), context_(pango_font_map_create_context(fonts_.get())) {
-    pango_cairo_font_map_set_resolution(PANGO_CAIRO_FONT_MAP(fonts_.get()), 72);
-    cairo_font_options_t* options = cairo_font_options_create();
-    cairo_font_options_set_hint_metrics(options, CAIRO_HINT_METRICS_OFF);
-    cairo_font_options_set_hint_style(options, CAIRO_HINT_STYLE_NONE);
-    pango_cairo_context_set_font_options(context_.get(), options);
-    cairo_font_options_destroy(options);
-    pango_context_set_round_glyph_positions(context_.get(), FALSE);
+  Ruler() : context_(newPointContext()) {
     layout_.reset(pango_layout_new(context_.get()));
     pango_layout_set_single_paragraph_mode(layout_.get(), TRUE);
     PangoTabArray* tabs = pango_tab_array_new(1, FALSE);
@@ -56,24 +48,9 @@ class Ruler {
     pango_tab_array_free(tabs);
   }
 
-  std::unique_ptr<PangoFontMap, Release> fonts_;
   std::unique_ptr<PangoContext, Release> context_;
   std::unique_ptr<PangoLayout, Release> layout_;
 };
-
-PangoFontDescription* fontDescription(const NSTextAttributes& look) {
-  constexpr double kLargest = 10'000, kRaised = 0.6;
-  PangoFontDescription* font = pango_font_description_new();
-  const std::string family = look.font.family.utf8();
-  pango_font_description_set_family(font, family.empty() ? "sans-serif" : family.c_str());
-  pango_font_description_set_weight(font, look.font.bold ? PANGO_WEIGHT_BOLD : PANGO_WEIGHT_NORMAL);
-  pango_font_description_set_style(font,
-                                   look.font.italic ? PANGO_STYLE_ITALIC : PANGO_STYLE_NORMAL);
-  const double size = look.font.size > 0 ? std::min(look.font.size, kLargest) : 12;
-  const double scale = look.superscript != 0 ? kRaised : 1;
-  pango_font_description_set_size(font, static_cast<int>(size * scale * PANGO_SCALE));
-  return font;
-}
 
 // A line, or a piece of one, as Pango takes it: UTF-8 without NUL, attributes by byte.
 class Piece {
@@ -111,6 +88,36 @@ class Piece {
 };
 
 }  // namespace
+
+// The host's default font map stays as it is: ours counts 72 dots an inch and does not snap to
+// pixels.
+PangoContext* newPointContext() {
+  PangoFontMap* fonts = pango_cairo_font_map_new();
+  pango_cairo_font_map_set_resolution(PANGO_CAIRO_FONT_MAP(fonts), 72);
+  PangoContext* context = pango_font_map_create_context(fonts);
+  g_object_unref(fonts);
+  cairo_font_options_t* options = cairo_font_options_create();
+  cairo_font_options_set_hint_metrics(options, CAIRO_HINT_METRICS_OFF);
+  cairo_font_options_set_hint_style(options, CAIRO_HINT_STYLE_NONE);
+  pango_cairo_context_set_font_options(context, options);
+  cairo_font_options_destroy(options);
+  pango_context_set_round_glyph_positions(context, FALSE);
+  return context;
+}
+
+PangoFontDescription* fontDescription(const NSTextAttributes& look) {
+  constexpr double kLargest = 10'000, kRaised = 0.6;
+  PangoFontDescription* font = pango_font_description_new();
+  const std::string family = look.font.family.utf8();
+  pango_font_description_set_family(font, family.empty() ? "sans-serif" : family.c_str());
+  pango_font_description_set_weight(font, look.font.bold ? PANGO_WEIGHT_BOLD : PANGO_WEIGHT_NORMAL);
+  pango_font_description_set_style(font,
+                                   look.font.italic ? PANGO_STYLE_ITALIC : PANGO_STYLE_NORMAL);
+  const double size = look.font.size > 0 ? std::min(look.font.size, kLargest) : 12;
+  const double scale = look.superscript != 0 ? kRaised : 1;
+  pango_font_description_set_size(font, static_cast<int>(size * scale * PANGO_SCALE));
+  return font;
+}
 
 double widthOfText(const NSAttributedString& text) {
   const NSString string = text.string();
