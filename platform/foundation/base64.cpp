@@ -61,4 +61,23 @@ std::optional<std::string> decodeStrict(std::u16string_view text) {
   return bytes;
 }
 
+std::string decodeLenient(std::u16string_view text) {
+  std::string bytes(text.size() / 4 * 3 + 3, '\0');
+  char* to = bytes.data();
+  uint32_t bits = 0;
+  int count = 0;
+  for (const char16_t unit : text) {
+    if (unit == u'=') break;
+    const int value = unit < 128 ? kValues[unit] : -1;
+    if (value < 0) continue;
+    bits = bits << 6 | static_cast<uint32_t>(value);
+    count += 6;
+    if (count < 8) continue;
+    count -= 8;
+    *to++ = static_cast<char>(bits >> count);
+  }
+  bytes.resize(static_cast<size_t>(to - bytes.data()));
+  return bytes;
+}
+
 }  // namespace kelspar::base64
