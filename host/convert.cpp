@@ -8,7 +8,9 @@
 
 #include "MailKelspar/MailKelspar.h"
 #include "RTFKelspar/RTFKelspar.h"
+#include "RTFKelspar/RTFKelsparNSAttributedStringAdditions.h"
 #include "RTFKelspar/RTFKelsparNSDataAdditions.h"
+#include "WebKelspar/WebKelspar.h"
 #include "host/attachment_files.h"
 #include "host/files.h"
 #include "host/jobs.h"
@@ -39,30 +41,41 @@ std::string plainLines(const NSString& text) {
   return utf8;
 }
 
+std::string pdfOf(const NSAttributedString& text, const std::string& name) {
+  const NSData pdf = RTFKelsparNSAttributedStringAdditions::createPdfDataFromAttributedString(text);
+  if (pdf.isEmpty()) throw Failure(kInputFailed, name + ": has no text for a page");
+  return std::string(pdf.chars());
+}
+
 std::string converted(const NSData& rtf, const ConvertOptions& options, const std::string& name) {
   if (options.colours) {
     return std::string(RTFKelspar::generateRTFColourTagsFromEmbeddedHTMLInRTF(rtf).chars());
   }
   if (options.to == "rtf") return std::string(rtf.chars());
   if (options.to == "text") return plainLines(RTFData::stringFromRTFData(rtf));
+  if (options.to == "pdf") return pdfOf(NSAttributedString::initWithRTF(rtf), name);
   const NSString html = MailKelspar::htmlFromEncapsulatedRTF(rtf);
-  if (!html) throw Failure(kInputFailed, name + ": its RTF encapsulates no HTML");
-  return MailKelspar::htmlDeclaringUTF8(html).utf8();
+  return html ? MailKelspar::htmlDeclaringUTF8(html).utf8()
+              : WebKelspar::htmlFromRTFData(rtf).utf8();
 }
 
 bool isBody(const NSData& input) { return isCompressedRTF(input) || looksLikeRTF(input); }
 
 std::string shown(const std::vector<std::shared_ptr<Message>>& messages,
-                  const ConvertOptions& options) {
+                  const ConvertOptions& options, const std::string& name) {
   const ShowOptions show{.header = !options.noHeader};
   if (options.to == "json") {
     const std::string list =
         jsonArray(messages, [](const auto& message) { return jsonOf(*message); });
     return (messages.size() == 1 ? list.substr(1, list.size() - 2) : list) + "\n";
   }
-  if (options.to == "rtf") {
-    if (messages.size() == 1) return rtfOf(*messages.front(), show);
-    throw Failure(kInputFailed, "several messages in one file cannot become one RTF document");
+  if (options.to == "rtf" || options.to == "pdf") {
+    if (messages.size() != 1) {
+      throw Failure(kInputFailed, name + ": several messages cannot become one document");
+    }
+    if (options.to == "rtf") return rtfOf(*messages.front(), show);
+    const NSData html(htmlOf(*messages.front(), show));
+    return pdfOf(NSAttributedString::initWithHTML(html), name);
   }
   std::string output;
   for (const auto& message : messages) {
@@ -177,7 +190,8 @@ class Run {
   [[nodiscard]] int status() const {
     if (notWritten_ > 0) return kCannotWrite;
     if (notRead_ == 0) return 0;
-    return notRead_ == done_ ? kNothingRead : kInputFailed;
+    // One input at fault is that; of several, it matters whether any could be read.
+    return notRead_ == done_ && done_ > 1 ? kNothingRead : kInputFailed;
   }
 
   const ConvertOptions& options_;
@@ -217,7 +231,7 @@ std::string convertedInput(const NSData& input, const std::string& name,
   if (!options.attachmentFolder.empty()) {
     for (const auto& message : messages) extractAttachments(*message, options.attachmentFolder);
   }
-  return shown(messages, options);
+  return shown(messages, options, name);
 }
 
 std::string pathUnder(const std::string& folder, const std::string& input, const std::string& to) {

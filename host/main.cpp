@@ -29,7 +29,7 @@ void addConvert(CLI::App& app, ConvertOptions& options, std::string& zone, int& 
   command->add_option("INPUT", options.inputs, "Files to read, \"-\" for standard input")
       ->required();
   command->add_option("--to", options.to, "Form of the output")
-      ->check(CLI::IsMember({"rtf", "html", "text", "json"}))
+      ->check(CLI::IsMember({"rtf", "html", "text", "json", "pdf"}))
       ->capture_default_str();
   command->add_option("-o,--output", options.output, "File to write, instead of standard output");
   command->add_option("--output-dir", options.outputFolder,

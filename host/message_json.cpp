@@ -3,6 +3,7 @@
 #include "MailKelspar/MailKelspar.h"
 #include "RTFKelspar/RTFKelspar.h"
 #include "RTFKelspar/RTFKelsparNSDataAdditions.h"
+#include "TimeKelspar/TimeKelspar.h"
 #include "host/json_text.h"
 #include "host/message_text.h"
 #include "host/open_message.h"
@@ -63,8 +64,8 @@ void addTime(const char* label, const NSDate& date, std::string* out) {
   *out += std::string(label) + ", ISO 8601: " + isoDate(date) + "\n";
   *out += std::string(label) +
           ", seconds since 1970: " + std::to_string(static_cast<int64_t>(seconds)) + "\n";
-  *out += std::string(label) + ", 100 ns since 1601: " +
-          std::to_string((static_cast<int64_t>(seconds) + 11'644'473'600) * 10'000'000) + "\n";
+  *out += std::string(label) +
+          ", 100 ns since 1601: " + std::to_string(TimeKelspar::mapiTimeFromDate(date)) + "\n";
 }
 
 void addInfo(const Message& message, const std::string& indent, std::string* out) {

@@ -68,7 +68,7 @@ class CommandLine(unittest.TestCase):
                               (b'\0' * 8 + b'LZFu' + b'\0' * 40, 'damaged')]:
             bad = self.path / 'bad.bin'
             bad.write_bytes(content)
-            message = self.assert_fails(run('convert', bad, '-o', out), 3, 'bad.bin', word)
+            message = self.assert_fails(run('convert', bad, '-o', out), 1, 'bad.bin', word)
             self.assertEqual(message.count('\n'), 1 + message.count('ERROR'))
             self.assertFalse(out.exists())
 
@@ -102,13 +102,13 @@ class CommandLine(unittest.TestCase):
         self.assertEqual([block['RTFColour'] for block in blocks], ['', '\\red255\\green0\\blue0'])
 
     def test_missing_input(self):
-        self.assert_fails(run('convert', self.path / 'none'), 3, 'none', 'No such file')
+        self.assert_fails(run('convert', self.path / 'none'), 1, 'none', 'No such file')
 
     def test_folder_as_input(self):
-        self.assert_fails(run('convert', self.path), 3, 'Is a directory')
+        self.assert_fails(run('convert', self.path), 1, 'Is a directory')
 
     def test_rtf_without_html(self):
-        self.assert_fails(run('convert', '-', '--to', 'html', stdin=b'no mail at all'), 3, 'standard input')
+        self.assert_fails(run('convert', '-', '--to', 'html', stdin=b'no mail at all'), 1, 'standard input')
 
     def test_output_that_cannot_be_written(self):
         self.assert_fails(run('convert', self.sample, '-o', self.path / 'no' / 'out'), 4, 'cannot be written')
@@ -121,6 +121,23 @@ class CommandLine(unittest.TestCase):
         self.assert_fails(run('convert'), 2)
         self.assert_fails(run('convert', self.sample, '--to', 'docx'), 2)
         self.assert_fails(run('frobnicate'), 2)
+
+    def test_several_inputs_of_which_none_can_be_read(self):
+        out = self.path / 'out'
+        result = run('convert', self.path / 'a', self.path / 'b', '--output-dir', out)
+        self.assertEqual(result.returncode, 3)
+        result = run('convert', self.path / 'a', self.sample, '--output-dir', out)
+        self.assertEqual(result.returncode, 1)
+
+    def test_pdf(self):
+        result = run('convert', self.sample, '--to', 'pdf')
+        self.assertEqual(result.returncode, 0)
+        self.assertTrue(result.stdout.startswith(b'%PDF-'))
+
+    def test_html_of_rtf_that_encapsulates_none(self):
+        html = run('convert', '-', '--to', 'html', stdin=b'{\\rtf1 a{\\b b}}').stdout.decode()
+        self.assertIn('<html', html)
+        self.assertIn('b</b>', html)
 
     def test_help_and_version(self):
         for arguments in [('--help',), ('convert', '--help'), ('--version',)]:

@@ -5,6 +5,8 @@
 namespace kelspar {
 namespace {
 
+using namespace std::string_view_literals;
+
 // A GIF of the given size; its picture data are not looked at.
 NSData gif(uint8_t width, uint8_t height) {
   return NSData({'G',   'I', 'F',    '8', '9', 'a', width, 0,    height, 0, 0x80, 0,
@@ -29,9 +31,8 @@ TEST(NSImage, RefusesWhatIsNoImage) {
 
 TEST(NSImage, RefusesAbsurdClaims) {
   const NSData bmp(
-      std::string_view("BM\x46\0\0\0\0\0\0\0\x36\0\0\0\x28\0\0\0\0\0\1\0\0\0\1\0\1\0"
-                       "\x18\0\0\0\0\0\x10\0\0\0\0\0\0\0\0\0\0\0\0\0\0\0\0\0\0\0",
-                       56));
+      "BM\x46\0\0\0\0\0\0\0\x36\0\0\0\x28\0\0\0\0\0\1\0\0\0\1\0\1\0"
+      "\x18\0\0\0\0\0\x10\0\0\0\0\0\0\0\0\0\0\0\0\0\0\0\0\0\0\0"sv);
   EXPECT_FALSE(NSImage::initWithData(bmp));
 }
 
