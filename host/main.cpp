@@ -10,6 +10,7 @@
 #include "host/date.h"
 #include "host/files.h"
 #include "host/info.h"
+#include "host/mime_texts.h"
 #include "host/stream.h"
 #include "host/time_zone.h"
 
@@ -98,6 +99,19 @@ void addDate(CLI::App& app, DateOptions& options) {
   command->callback([&options] { date(options); });
 }
 
+void addHeader(CLI::App& app, MimeTextOptions& options) {
+  CLI::App* command = app.add_subcommand("header", "Decode header text with its encoded words");
+  command->add_option("TEXT", options.inputs, "Header texts; lines of standard input without any");
+  command->add_flag("--exact", options.exact, "As decodeMimeHeader does, oddities included");
+  command->callback([&options] { header(options); });
+}
+
+void addAddress(CLI::App& app, MimeTextOptions& options) {
+  CLI::App* command = app.add_subcommand("address", "Check addresses and print them bare");
+  command->add_option("TEXT", options.inputs, "Addresses; lines of standard input without any");
+  command->callback([&options] { address(options); });
+}
+
 void addCall(CLI::App& app, CallOptions& options) {
   CLI::App* command =
       app.add_subcommand("call", "Call any operation of the library and print its answer as JSON");
@@ -133,6 +147,7 @@ int main(int argc, char** argv) {
   ConvertOptions convertOptions;
   ColoursOptions coloursOptions;
   DateOptions dateOptions;
+  MimeTextOptions headerOptions, addressOptions;
   CallOptions callOptions;
   InfoOptions infoOptions;
   StreamOptions streamOptions;
@@ -143,6 +158,8 @@ int main(int argc, char** argv) {
   addStream(app, streamOptions, status);
   addColours(app, coloursOptions);
   addDate(app, dateOptions);
+  addHeader(app, headerOptions);
+  addAddress(app, addressOptions);
   addCall(app, callOptions);
   try {
     app.parse(argumentsOf(argc, argv));

@@ -262,6 +262,18 @@ class CommandLine(unittest.TestCase):
         self.assert_fails(run('convert', self.mail(), '--charset', 'x-none'), 2, 'x-none')
         self.assert_fails(run('convert', self.mail(), self.mail(), '-o', self.path / 'o'), 2, '--output-dir')
 
+    def test_header(self):
+        words = 'Re: =?UTF-8?Q?caf=C3=A9_au?= =?UTF-8?Q?_lait?='
+        self.assertEqual(run('header', words).stdout.decode(), 'Re: caf\u00e9 au lait\n')
+        self.assertEqual(run('header', '--exact', words).stdout.decode(), 'Re: caf\u00e9_au _lait\n')
+        self.assertEqual(run('header', stdin=b'one\ntwo\n').stdout, b'one\ntwo\n')
+
+    def test_address(self):
+        self.assertEqual(run('address', 'Ann <a@b.cd>', ' x@y.zz ').stdout, b'a@b.cd\nx@y.zz\n')
+        result = run('address', 'nobody', 'a@b.cd')
+        self.assertEqual((result.returncode, result.stdout), (1, b'a@b.cd\n'))
+        self.assertIn(b'nobody: holds no valid address', result.stderr)
+
     def test_call(self):
         result = run('call', 'stringFromRTFData', '--receiver', '{"$data":"e1xydGYxIGhpfQ=="}')
         self.assertEqual(json.loads(result.stdout), {'value': 'hi'})

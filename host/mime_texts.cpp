@@ -1,0 +1,48 @@
+// Header words and addresses, a line each.
+#include "host/mime_texts.h"
+
+#include <iostream>
+
+#include "MailKelspar/MailKelspar.h"
+#include "WebKelspar/WebKelsparNSStringAdditions.h"
+#include "host/files.h"
+
+namespace kelspar::host {
+
+namespace {
+
+namespace Web = WebKelsparNSStringAdditions;
+
+template <class Each>
+void forEachInput(const std::vector<std::string>& inputs, Each each) {
+  for (const std::string& input : inputs) each(input);
+  if (!inputs.empty()) return;
+  for (std::string line; std::getline(std::cin, line);) each(line);
+}
+
+}  // namespace
+
+void header(const MimeTextOptions& options) {
+  forEachInput(options.inputs, [&](const std::string& input) {
+    const NSString decoded = options.exact
+                                 ? Web::decodeMimeHeader(input)
+                                 : MailKelspar::decodeHeader(NSData(std::string_view(input)));
+    writeOutput("", decoded.utf8() + "\n");
+  });
+}
+
+void address(const MimeTextOptions& options) {
+  size_t failed = 0;
+  forEachInput(options.inputs, [&](const std::string& input) {
+    const NSString clean = Web::cleanEmailAddress(input);
+    if (clean) {
+      writeOutput("", clean.utf8() + "\n");
+    } else {
+      std::cerr << "kelspar: " << input << ": holds no valid address\n";
+      ++failed;
+    }
+  });
+  if (failed > 0) throw Failure(kInputFailed, std::to_string(failed) + " without a valid address");
+}
+
+}  // namespace kelspar::host
