@@ -43,11 +43,11 @@ class Scanner {
   Scanner& number(int digits, int* value) {
     *value = 0;
     for (int i = 0; i < digits; ++i, ++at_) {
-      isGood_ &= isDigit(peek());
-      *value = *value * 10 + (peek() - u'0');
+      const bool isOne = isDigit(peek());
+      *value = *value * 10 + (isOne ? peek() - u'0' : 0);
+      isGood_ &= isOne;
     }
     isGood_ &= !isDigit(peek());
-    if (!isGood_) *value = 0;
     return *this;
   }
 

@@ -1,10 +1,15 @@
 // Encoded words of headers, and character references whose ampersand was escaped.
+#include <algorithm>
 #include <optional>
 #include <string>
 #include <unordered_map>
+#include <utility>
+#include <vector>
 
 #include "WebKelspar/WebKelsparNSStringAdditions.h"
+#include "platform/unicode/NSCharacterSet.h"
 #include "platform/unicode/NSScanner.h"
+#include "platform/unicode/NSStringCase.h"
 
 namespace kelspar::WebKelsparNSStringAdditions {
 
@@ -65,6 +70,26 @@ size_t findReference(Text text, size_t from) {
   return Text::npos;
 }
 
+// Matched references in the order of the text, each once, with their units.
+using References = std::vector<std::pair<Text, char16_t>>;
+
+// Whether a unit can be part of a reference, so that putting it in may complete another one.
+bool formsReferences(char16_t unit) {
+  constexpr Text kUnits = u"&#;+-0123456789aAmMpP";
+  return kUnits.find(unit) != Text::npos || NSCharacterSet::whitespaceAndNewline().contains(unit);
+}
+
+// One replacement after the other over the whole text, each seeing what the ones before it made.
+// Its cost is the product of references and text; beyond this, which is no mail's, one pass has to
+// do.
+constexpr size_t kMostWork = 500'000'000;
+NSString replacedInTurn(NSString text, const References& references) {
+  for (const auto& [reference, unit] : references) {
+    text = stringByReplacingCaseInsensitive(text, reference, Text(&unit, 1));
+  }
+  return text;
+}
+
 }  // namespace
 
 NSString decodeMimeHeader(const NSString& receiver) {
@@ -102,6 +127,7 @@ NSString decodeHTMLFormattingTags(const NSString& receiver) {
   // References by their bodies: what is replaced is replaced wherever it stands, even inside what
   // the search took for the body of another.
   std::unordered_map<std::u16string, char16_t> values;
+  References found;
   for (size_t at = 0; (at = findReference(text, at)) != Text::npos;) {
     size_t end = at + kEscapedAmpersand.size();
     while (end < text.size() && text[end] != u';' && !isLineEnd(text[end])) ++end;
@@ -109,11 +135,18 @@ NSString decodeHTMLFormattingTags(const NSString& receiver) {
     if (text[end] == u';') {
       const size_t from = at + kEscapedAmpersand.size();
       const Text body = text.substr(from, end - from);
-      if (const auto value = valueOf(body)) values.emplace(body, *value);
+      const auto value = valueOf(body);
+      if (value && values.emplace(body, *value).second) {
+        found.emplace_back(text.substr(at, end + 1 - at), *value);
+      }
     }
     at = end;
   }
   if (values.empty()) return receiver;
+  if (std::ranges::any_of(found, [](const auto& one) { return formsReferences(one.second); }) &&
+      found.size() * text.size() <= kMostWork) {
+    return replacedInTurn(receiver, found);
+  }
   std::u16string out;
   size_t done = 0;
   for (size_t at = 0; (at = findReference(text, at)) != Text::npos;) {

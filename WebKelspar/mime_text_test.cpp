@@ -5,6 +5,7 @@
 
 #include "WebKelspar/WebKelsparNSStringAdditions.h"
 #include "platform/unicode/NSRegularExpression.h"
+#include "platform/unicode/NSScanner.h"
 #include "platform/unicode/NSStringCase.h"
 
 namespace kelspar::WebKelsparNSStringAdditions {
@@ -75,6 +76,37 @@ TEST(FormattingTags, Give) {
   EXPECT_EQ(decodeHTMLFormattingTags(u"&amp;#70000;"), std::u16string(1, 4464));
   for (const char16_t* same : {u"&amp;#0;", u"&amp;#x41;", u"&amp;lt;", u"a"}) {
     EXPECT_EQ(decodeHTMLFormattingTags(same), same);
+  }
+}
+
+// The stated steps: every match of the text replaced in the result, one after the other.
+TEST(FormattingTags, EqualTheStatedSteps) {
+  const auto pattern =
+      NSRegularExpression::withPattern(u"&amp;(.*?);", NSRegularExpression::caseInsensitive);
+  const auto literally = [&](const NSString& text) {
+    NSString result = text;
+    for (const auto& match : pattern.matches(text)) {
+      NSMutableString body(text.view().substr(match[1].location, match[1].length));
+      body.replaceOccurrences(u"#", u"");
+      NSScanner scanner(body.copy());
+      int64_t value = 0;
+      if (!scanner.scanInteger(&value) || scanner.scanLocation() != body.length() || value < 1)
+        continue;
+      const auto unit = static_cast<char16_t>(value);
+      result = stringByReplacingCaseInsensitive(
+          result, text.view().substr(match[0].location, match[0].length), {&unit, 1});
+    }
+    return result;
+  };
+  EXPECT_EQ(decodeHTMLFormattingTags(u"&amp;#38;amp;65; &amp;65;"), u"A A");
+  const std::u16string_view pieces[] = {u"&amp;", u"#",     u"65",  u"38", u"59", u";",
+                                        u"amp;",  u"&",     u"233", u" ",  u"-",  u"+",
+                                        u"x",     u"&AMP;", u"\n",  u"35"};
+  std::mt19937 random(9);
+  for (int round = 0; round < 20000; ++round) {
+    std::u16string text;
+    for (size_t i = 1 + random() % 14; i > 0; --i) text += pieces[random() % std::size(pieces)];
+    ASSERT_EQ(decodeHTMLFormattingTags(text), literally(text)) << NSString(text);
   }
 }
 

@@ -176,8 +176,8 @@ void Import::startVoid(Tag tag) {
 // An image is a character of attributed text, and nothing in plain text.
 void Import::image() {
   if (auto attachment = attachmentOf(tokens_, *options_)) {
-    layout_.setLook(looks_->withAttachment(std::move(attachment)));
-    layout_.atom(u"\uFFFC", looks_->current());
+    const uint32_t look = looks_->withAttachment(std::move(attachment));
+    layout_.atom(u"\uFFFC", look, looks_->current());
   }
 }
 

@@ -138,7 +138,9 @@ void TextLayout::append(std::u16string_view units) {
   out.text.append(units);
 }
 
-void TextLayout::atom(std::u16string_view units, uint32_t after) {
+void TextLayout::atom(std::u16string_view units, uint32_t look, uint32_t after) {
+  flush();  // an item's marker and what else is due has the text's own look
+  look_ = look;
   append(units);
   look_ = after;
   startRun();

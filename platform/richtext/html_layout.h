@@ -33,9 +33,9 @@ class TextLayout {
   TextLayout(size_t expectedUnits, char16_t lineEnd);
 
   void text(std::u16string_view units, WhiteSpace whiteSpace);
-  // Something that is no white space and stands in the line, with a look of its own; what is
-  // written behind it has the look `after`.
-  void atom(std::u16string_view units, uint32_t after);
+  // Something that is no white space and stands in the line, in `look`; what is written behind it
+  // has the look `after`.
+  void atom(std::u16string_view units, uint32_t look, uint32_t after);
   void lineBreak() { endLine(lineEnd_); }
   // At least so many line ends before the next text: 1 for a new line, 2 for a blank line between.
   void requireBreaks(uint8_t breaks);
