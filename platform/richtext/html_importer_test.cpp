@@ -201,6 +201,20 @@ TEST_P(HostileNesting, IsLinear) {
   EXPECT_EQ(attributedTextFromHTML(NSString(html)).string(), text);
 }
 #ifdef KELSPAR_CORPUS
+// Takes out "12." and the tab behind it.
+void eraseNumberMarkers(std::u16string* text) {
+  for (size_t tab = 0; (tab = text->find(u".\t", tab)) != text->npos;) {
+    size_t start = tab;
+    while (start > 0 && (*text)[start - 1] >= u'0' && (*text)[start - 1] <= u'9') --start;
+    if (start == tab) {
+      tab += 2;
+      continue;
+    }
+    text->erase(start, tab + 2 - start);
+    tab = start;
+  }
+}
+
 TEST(PlainTextFromHTML, CorpusHasTheSameTextBothWays) {
   size_t files = 0;
   for (const auto& entry : std::filesystem::directory_iterator(KELSPAR_CORPUS "/html")) {
@@ -216,12 +230,14 @@ TEST(PlainTextFromHTML, CorpusHasTheSameTextBothWays) {
       at += run.length;
     }
     std::u16string plain(plainTextFromHTML(html).view());
-    // Lines, cells and items that hold an image only leave nothing in plain text, item numbers
-    // included.
+    // Lines, cells and items that hold an image only leave nothing in plain text, their markers
+    // included. Digits elsewhere are compared.
     if (without.size() != string.length()) {
-      constexpr std::u16string_view kLeftOut = u"\n\t .0123456789\u2022\u25E6";
       for (auto* text : {&plain, &without}) {
-        std::erase_if(*text, [&](char16_t c) { return kLeftOut.find(c) != kLeftOut.npos; });
+        eraseNumberMarkers(text);
+        std::erase_if(*text, [](char16_t c) {
+          return c == u'\n' || c == u'\t' || c == u' ' || c == u'\u2022' || c == u'\u25E6';
+        });
       }
     }
     EXPECT_EQ(NSString(without), NSString(plain)) << entry.path();
