@@ -1,15 +1,63 @@
 #include "platform/loading/url_loader.h"
 
+// The checks that curl.h makes of options' types call curl_easy_setopt by its name, which is not
+// linked here.
+#define CURL_DISABLE_TYPECHECK
 #include <curl/curl.h>
+#include <dlfcn.h>
 
 #include <filesystem>
 #include <memory>
-#include <mutex>
+#include <optional>
 #include <string>
 
 namespace kelspar {
 
 namespace {
+
+// libcurl, loaded when something is fetched for the first time. It brings some thirty libraries
+// with it, whose start would cost every program more time than a small message does.
+struct TransferLibrary {
+  decltype(&curl_easy_init) init;
+  decltype(&curl_easy_setopt) setopt;
+  decltype(&curl_easy_perform) perform;
+  decltype(&curl_easy_cleanup) cleanup;
+};
+
+// Debian's build on GnuTLS, then the one that other systems have. The number stands for libcurl's
+// binary interface, unchanged since 2006.
+constexpr const char* libraryNames[] = {"libcurl-gnutls.so.4", "libcurl.so.4"};
+
+template <typename Function>
+bool find(void* library, const char* name, Function*& function) {
+  function = reinterpret_cast<Function*>(dlsym(library, name));
+  return function != nullptr;
+}
+
+std::optional<TransferLibrary> load(const char* name) {
+  void* const library = dlopen(name, RTLD_NOW | RTLD_LOCAL);
+  if (!library) return std::nullopt;
+  TransferLibrary found{};
+  decltype(&curl_global_init) start = nullptr;
+  const bool whole = find(library, "curl_global_init", start) &&
+                     find(library, "curl_easy_init", found.init) &&
+                     find(library, "curl_easy_setopt", found.setopt) &&
+                     find(library, "curl_easy_perform", found.perform) &&
+                     find(library, "curl_easy_cleanup", found.cleanup);
+  if (!whole || start(CURL_GLOBAL_DEFAULT) != CURLE_OK) return std::nullopt;
+  return found;
+}
+
+// nullptr where none is installed. Loaded once, kept until the process ends; any thread.
+const TransferLibrary* transferLibrary() {
+  static const std::optional<TransferLibrary> loaded = [] {
+    std::optional<TransferLibrary> found;
+    for (const char* const name : libraryNames)
+      if (!found) found = load(name);
+    return found;
+  }();
+  return loaded ? &*loaded : nullptr;
+}
 
 struct Content {
   std::string bytes;
@@ -37,27 +85,28 @@ bool isLoadable(const NSURL& url) {
 
 NSData dataWithContentsOfURL(const NSURL& url, const LoadLimits& limits) {
   if (!url || !isLoadable(url)) return nil;
-  static std::once_flag once;
-  std::call_once(once, [] { curl_global_init(CURL_GLOBAL_DEFAULT); });
-  const std::unique_ptr<CURL, decltype(&curl_easy_cleanup)> handle(curl_easy_init(),
-                                                                   &curl_easy_cleanup);
+  const TransferLibrary* const library = transferLibrary();
+  if (!library) return nil;
+  const std::unique_ptr<CURL, decltype(&curl_easy_cleanup)> handle(library->init(),
+                                                                   library->cleanup);
   if (!handle) return nil;
 
   CURL* const curl = handle.get();
+  const auto set = library->setopt;
   Content content{{}, limits.bytes};
-  curl_easy_setopt(curl, CURLOPT_URL, url.absoluteString().utf8().c_str());
-  curl_easy_setopt(curl, CURLOPT_PROTOCOLS_STR, "http,https,file");
-  curl_easy_setopt(curl, CURLOPT_REDIR_PROTOCOLS_STR, "http,https");
-  curl_easy_setopt(curl, CURLOPT_FOLLOWLOCATION, 1L);
-  curl_easy_setopt(curl, CURLOPT_MAXREDIRS, 10L);
-  curl_easy_setopt(curl, CURLOPT_CONNECTTIMEOUT, limits.connectSeconds);
-  curl_easy_setopt(curl, CURLOPT_TIMEOUT, limits.totalSeconds);
-  curl_easy_setopt(curl, CURLOPT_NOSIGNAL, 1L);
-  curl_easy_setopt(curl, CURLOPT_FAILONERROR, 1L);
-  curl_easy_setopt(curl, CURLOPT_ACCEPT_ENCODING, "");
-  curl_easy_setopt(curl, CURLOPT_WRITEFUNCTION, &receive);
-  curl_easy_setopt(curl, CURLOPT_WRITEDATA, &content);
-  if (curl_easy_perform(curl) != CURLE_OK) return nil;
+  set(curl, CURLOPT_URL, url.absoluteString().utf8().c_str());
+  set(curl, CURLOPT_PROTOCOLS_STR, "http,https,file");
+  set(curl, CURLOPT_REDIR_PROTOCOLS_STR, "http,https");
+  set(curl, CURLOPT_FOLLOWLOCATION, 1L);
+  set(curl, CURLOPT_MAXREDIRS, 10L);
+  set(curl, CURLOPT_CONNECTTIMEOUT, limits.connectSeconds);
+  set(curl, CURLOPT_TIMEOUT, limits.totalSeconds);
+  set(curl, CURLOPT_NOSIGNAL, 1L);
+  set(curl, CURLOPT_FAILONERROR, 1L);
+  set(curl, CURLOPT_ACCEPT_ENCODING, "");
+  set(curl, CURLOPT_WRITEFUNCTION, &receive);
+  set(curl, CURLOPT_WRITEDATA, &content);
+  if (library->perform(curl) != CURLE_OK) return nil;
   return NSData(std::move(content.bytes));
 }
 
