@@ -1,8 +1,10 @@
 // The scanner for plain date shapes.
 #include "TimeKelspar/date_shapes.h"
 
+#include <algorithm>
 #include <array>
 #include <optional>
+#include <span>
 
 #include "TimeKelspar/TimeKelspar.h"
 #include "platform/calendar/wall_clock.h"
@@ -17,6 +19,19 @@ constexpr std::u16string_view kWeekdays = u"sunmontuewedthufrisat";
 // Calendars turned from Julian to Gregorian in 1582; years before, and those beyond four digits,
 // are the formatters' business.
 constexpr int kFirstYear = 1600;
+
+// What the formatters take for a zone's name. Names of places' time are taken only where a weekday
+// and two digits of the day stand before them.
+struct NamedZone {
+  std::u16string_view name;
+  int offset;  // seconds
+};
+constexpr NamedZone kZones[] = {{u"GMT", 0},         {u"UTC", 0},         {u"UT", 0},
+                                {u"Z", 0},           {u"EST", -5 * 3600}, {u"EDT", -4 * 3600},
+                                {u"CST", -6 * 3600}, {u"CDT", -5 * 3600}, {u"MST", -7 * 3600},
+                                {u"MDT", -6 * 3600}, {u"PST", -8 * 3600}, {u"PDT", -7 * 3600}};
+constexpr size_t kZonesOfUTC = 4;
+constexpr int kFirstYearOfPlaces = 1970;  // their clocks stood otherwise in years before
 
 struct Moment {
   int year = 0, month = 0, day = 0, hour = 0, minute = 0, second = 0;
@@ -78,8 +93,9 @@ class Scanner {
   // One digit or two.
   Scanner& day(Moment* moment) { return number(isDigit(peek(1)) ? 2 : 1, &moment->day); }
 
-  // "+hhmm" or "-hhmm", in seconds.
-  Scanner& zone(int* offset) {
+  // "+hhmm", "-hhmm" or one of the first `named` zones' names, in seconds.
+  Scanner& zone(int* offset, size_t named = kZonesOfUTC) {
+    if (isLetter(peek())) return zoneNamed(std::span(kZones).first(named), offset);
     const char16_t sign = peek();
     isGood_ &= sign == u'+' || sign == u'-';
     ++at_;
@@ -90,7 +106,24 @@ class Scanner {
     return *this;
   }
 
+  // One of `zones` up to the text's end; ASCII case does not count.
+  Scanner& zoneNamed(std::span<const NamedZone> zones, int* offset) {
+    const std::u16string_view rest = text_.substr(std::min(at_, text_.size()));
+    for (const NamedZone& zone : zones) {
+      if (!std::ranges::equal(rest, zone.name, {}, &Scanner::upper)) continue;
+      *offset = zone.offset;
+      at_ += rest.size();
+      return *this;
+    }
+    isGood_ = false;
+    return *this;
+  }
+
   static bool isDigit(char16_t unit) { return unit >= u'0' && unit <= u'9'; }
+  static bool isLetter(char16_t unit) { return upper(unit) >= u'A' && upper(unit) <= u'Z'; }
+  static char16_t upper(char16_t unit) {
+    return unit >= u'a' && unit <= u'z' ? static_cast<char16_t>(unit - 0x20) : unit;
+  }
 
  private:
   std::u16string_view text_;
@@ -123,11 +156,14 @@ NSDate local(const Moment& moment) {
 }
 
 // "1 Jan 1970 00:00:00 +0000"
-NSDate readMailDate(Scanner scanner) {
+NSDate readMailDate(Scanner scanner, bool hasWeekday) {
   Moment moment;
   int offset = 0;
+  const bool isPadded = Scanner::isDigit(scanner.peek(1));
   scanner.day(&moment).literal(u' ').name(kMonths, &moment.month).literal(u' ');
-  scanner.number(4, &moment.year).literal(u' ').time(&moment).literal(u' ').zone(&offset);
+  scanner.number(4, &moment.year).literal(u' ').time(&moment).literal(u' ');
+  const bool takesPlaces = hasWeekday && isPadded && moment.year >= kFirstYearOfPlaces;
+  scanner.zone(&offset, takesPlaces ? std::size(kZones) : kZonesOfUTC);
   ++moment.month;
   return scanner.isDone() ? inZone(moment, offset) : nil;
 }
@@ -159,12 +195,12 @@ NSDate readCDate(Scanner scanner) {
 NSDate readHeaderShape(std::u16string_view text) {
   Scanner scanner(text);
   if (Scanner::isDigit(scanner.peek())) {
-    return Scanner::isDigit(scanner.peek(2)) ? readISODate(scanner) : readMailDate(scanner);
+    return Scanner::isDigit(scanner.peek(2)) ? readISODate(scanner) : readMailDate(scanner, false);
   }
   int weekday = 0;  // deliberate: a wrong one is read over
   if (!scanner.name(kWeekdays, &weekday).isGood()) return nil;
   if (scanner.peek() != u',') return readCDate(scanner.literal(u' '));
-  return readMailDate(scanner.literal(u',').literal(u' '));
+  return readMailDate(scanner.literal(u',').literal(u' '), true);
 }
 
 NSDate readGeneralShape(std::u16string_view text) {

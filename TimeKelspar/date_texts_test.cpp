@@ -206,8 +206,9 @@ std::string randomDate(std::mt19937& random) {
                                               "Fri", "Sat", "Sunday", "Xyz"};
   static constexpr const char* kMonths[] = {"Jan", "Feb", "MAR",  "apr", "May", "June", "Jul",
                                             "Aug", "Sep", "Sept", "Oct", "Nov", "Dec",  "Foo"};
-  static constexpr const char* kZones[] = {"+0000", "-0530", "+1400",  "+1500", "GMT",   "EST",
-                                           "CEST",  "Z",     "+01:00", "",      "+0199", "-0000"};
+  static constexpr const char* kZones[] = {"+0000",  "-0530", "+1400", "+1500", "GMT",  "EST",
+                                           "pdt",    "uT",    "UTC",   "ESTX",  "CEST", "Z",
+                                           "+01:00", "",      "+0199", "-0000"};
   const auto pick = [&](const auto& list) { return std::string(list[random() % std::size(list)]); };
   const auto number = [&](int most, int width) {
     std::string digits = std::to_string(random() % (most + 2));
@@ -239,7 +240,7 @@ std::string randomDate(std::mt19937& random) {
 TEST(DateTextsLaw, PlainShapesEqualTheFormatters) {
   std::mt19937 random(2026);
   int read = 0;
-  for (int round = 0; round < 4000; ++round) {
+  for (int round = 0; round < 12000; ++round) {
     std::string text = randomDate(random);
     if (random() % 10 == 0 && !text.empty())
       text[random() % text.size()] = " :,-+09Tx"[random() % 9];
@@ -249,6 +250,28 @@ TEST(DateTextsLaw, PlainShapesEqualTheFormatters) {
     read += static_cast<bool>(dates::readHeaderShape(NSString(text)));
   }
   EXPECT_GT(read, 300) << "the scanner has something to do";
+}
+
+// Every named zone that is read at once, at each of the hours about the changes of its clocks.
+TEST(DateTextsLaw, NamedZonesEqualTheFormatters) {
+  static constexpr const char* kZones[] = {"EST", "EDT", "CST", "cdt", "MST", "MDT",
+                                           "PST", "Pdt", "GMT", "UT",  "utc", "Z"};
+  static constexpr const char* kMonths[] = {"Mar", "Apr", "Oct", "Nov"};
+  std::mt19937 random(1967);
+  int read = 0;
+  for (int round = 0; round < 12000; ++round) {
+    const auto number = [&](size_t least, size_t count) {
+      return std::to_string(least + random() % count);
+    };
+    const std::string text = "Sun, " + number(10, 22) + " " + kMonths[random() % 4] + " " +
+                             number(1965, 100) + " 0" + number(0, 5) + ":30:00 " +
+                             kZones[random() % std::size(kZones)];
+    const NSDate date = dates::readHeaderShape(NSString(text));
+    if (!date) continue;
+    ++read;
+    ASSERT_EQ(date, literally(text)) << text;
+  }
+  EXPECT_GT(read, 8000);
 }
 
 #ifdef KELSPAR_CORPUS

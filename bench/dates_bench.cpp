@@ -34,7 +34,6 @@ void BM_HeaderDate_Reference(benchmark::State& state, bool mixed) {
   }
   state.SetItemsProcessed(static_cast<int64_t>(state.iterations() * texts(mixed).size()));
 }
-// A named zone goes to the formatters.
 void BM_HeaderDate_NamedZone(benchmark::State& state) {
   const NSString text(u"Thu, 19 Nov 2020 14:05:44 EST");
   for (auto _ : state) benchmark::DoNotOptimize(TimeKelspar::dateFromMIMEString(text));

@@ -83,8 +83,10 @@ NSString NSDateFormatter::stringFromDate(const NSDate& date) const {
   icu::DateFormat* format = formatFor(pattern_, locale_, timeZone_);
   if (!format || !date || !std::isfinite(date.secondsSince1970())) return nil;
   icu::UnicodeString text;
+  UErrorCode error = U_ZERO_ERROR;
   // ICU counts milliseconds and rounds toward the past.
-  format->format(std::floor(date.secondsSince1970() * 1000), text);
+  format->format(std::floor(date.secondsSince1970() * 1000), text, nullptr, error);
+  if (U_FAILURE(error)) return nil;
   return std::u16string_view(text.getBuffer(), static_cast<size_t>(text.length()));
 }
 
