@@ -15,6 +15,7 @@
 #include "RTFKelspar/RTFKelsparNSStringAdditions.h"
 #include "host/convert.h"
 #include "host/files.h"
+#include "host/terminal_text_field.h"
 
 namespace kelspar::host {
 
@@ -55,13 +56,7 @@ bool isKnown(const NSString& colour) {
 // As the message has it, but nothing that a terminal would obey, and not for pages.
 std::string spelled(const NSString& colour) {
   constexpr size_t kLongest = 40;
-  std::u16string text(colour.view().substr(0, kLongest));
-  for (char16_t& unit : text) {
-    const bool isControl = unit < 0x20 || (unit >= 0x7F && unit < 0xA0);
-    const bool turnsAround =
-        (unit >= 0x200E && unit <= 0x202E) || (unit >= 0x2066 && unit <= 0x2069);
-    if (isControl || turnsAround) unit = u'?';
-  }
+  std::u16string text = terminalText(colour.view().substr(0, kLongest));
   if (colour.length() > kLongest) text += u"...";
   return NSString(text).utf8();
 }

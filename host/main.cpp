@@ -12,6 +12,7 @@
 #include "host/info.h"
 #include "host/mime_texts.h"
 #include "host/stream.h"
+#include "host/terminal_text_field.h"
 #include "host/time_zone.h"
 
 namespace {
@@ -123,6 +124,21 @@ void addCall(CLI::App& app, CallOptions& options) {
   command->callback([&options] { call(options); });
 }
 
+void addTransition(CLI::App& app, TransitionOptions& options) {
+  CLI::App* command = app.add_subcommand(
+      "transition", "Animate a text's digits until the text stands there, as text fields show it");
+  command->add_option("TEXT", options.text, "The text, such as 12:34")->required();
+  command
+      ->add_option("--style", options.style,
+                   "Digits count up one after the other, spin from 0, or spin from a spinner")
+      ->check(CLI::IsMember({"count", "spin", "spinner"}))
+      ->capture_default_str();
+  command->add_option("--duration", options.duration, "Tenths of a second")->capture_default_str();
+  command->add_option("--interval", options.interval, "Tenths of a second between the turns")
+      ->capture_default_str();
+  command->callback([&options] { transition(options); });
+}
+
 // CLI11 takes an argument "[a,b]" for a list of its own. A blank before the bracket, which JSON
 // does not mind, keeps an array whole. The parser wants the arguments from the last to the first.
 std::vector<std::string> argumentsOf(int argc, char** argv) {
@@ -149,6 +165,7 @@ int main(int argc, char** argv) {
   DateOptions dateOptions;
   MimeTextOptions headerOptions, addressOptions;
   CallOptions callOptions;
+  TransitionOptions transitionOptions;
   InfoOptions infoOptions;
   StreamOptions streamOptions;
   std::string zone;
@@ -161,6 +178,7 @@ int main(int argc, char** argv) {
   addHeader(app, headerOptions);
   addAddress(app, addressOptions);
   addCall(app, callOptions);
+  addTransition(app, transitionOptions);
   try {
     app.parse(argumentsOf(argc, argv));
     return status;

@@ -145,6 +145,14 @@ class CommandLine(unittest.TestCase):
             self.assertEqual(result.returncode, 0)
             self.assertIn(b'kelspar', result.stdout + b'kelspar' * (arguments[0] == 'convert'))
 
+    def test_transition(self):
+        counted = run('transition', '0:12', '--duration', '3')
+        self.assertEqual((counted.returncode, counted.stdout), (0, b'0:10\n0:11\n0:12\n'))
+        spun = run('transition', '5:7', '--style', 'spin', '--duration', '2')
+        self.assertEqual(spun.stdout, b'/:/\n-:-\n\\:\\\n5:7\n')
+        self.assertEqual(run('transition', 'none').stdout, b'none\n')
+        self.assert_fails(run('transition', '1', '--style', 'jump'), 2, 'jump')
+
     def test_date(self):
         os.environ['TZ'] = 'UTC'
         result = run('date', 'Thu, 01 Jan 1970 00:00:00 +0000', '1970-01-02')
