@@ -6,6 +6,7 @@
 #include <atomic>
 #include <chrono>
 #include <latch>
+#include <numeric>
 #include <thread>
 #include <vector>
 
@@ -40,6 +41,37 @@ TEST(MainQueue, RunsInOrderOnTheMainThread) {
   ASSERT_EQ(order.size(), 100u);
   for (int i = 0; i < 100; ++i) EXPECT_EQ(order[i], i);
   EXPECT_FALSE(drainMain());
+}
+
+TEST(MainQueue, KeepsTheOrderOfEachThreadThatPosts) {
+  constexpr size_t kThreads = 4, kJobs = 500;
+  std::vector<std::vector<size_t>> orders(kThreads);
+  std::vector<std::thread> threads;
+  for (size_t t = 0; t < kThreads; ++t) {
+    threads.emplace_back([&orders, t] {
+      for (size_t i = 0; i < kJobs; ++i) {
+        asyncMain([&order = orders[t], i] { order.push_back(i); });
+      }
+    });
+  }
+  while (orders != std::vector(kThreads, [] {
+           std::vector<size_t> all(kJobs);
+           std::iota(all.begin(), all.end(), size_t{0});
+           return all;
+         }())) {
+    ASSERT_TRUE(drainMain(10000));
+  }
+  for (auto& thread : threads) thread.join();
+}
+
+TEST(MainQueue, AJobMayPostAnother) {
+  int ran = 0;
+  asyncMain([&ran] {
+    ++ran;
+    asyncMain([&ran] { ++ran; });
+  });
+  drainMain();
+  EXPECT_EQ(ran, 2);
 }
 
 TEST(MainQueue, DrainingWaitsForWhatComes) {

@@ -4,6 +4,7 @@
 
 #include <atomic>
 #include <condition_variable>
+#include <deque>
 #include <memory>
 #include <mutex>
 
@@ -13,12 +14,37 @@ namespace kelspar::dispatch {
 
 namespace {
 
-gboolean runJob(gpointer job) {
-  (*static_cast<Job*>(job))();
+// What has been posted and not yet begun, in order. Each job comes with a source in the context,
+// and each source runs the job whose turn it is.
+class Posted {
+ public:
+  // Never destroyed: sources may be dispatched until the process ends.
+  static Posted& shared() {
+    static Posted& posted = *new Posted;
+    return posted;
+  }
+
+  void push(Job job) {
+    const std::lock_guard guard(lock_);
+    jobs_.push_back(std::move(job));
+  }
+
+  Job takeNext() {
+    const std::lock_guard guard(lock_);
+    Job job = std::move(jobs_.front());
+    jobs_.pop_front();
+    return job;
+  }
+
+ private:
+  std::mutex lock_;
+  std::deque<Job> jobs_;
+};
+
+gboolean runNext(gpointer) {
+  Posted::shared().takeNext()();
   return G_SOURCE_REMOVE;
 }
-
-void deleteJob(gpointer job) { delete static_cast<Job*>(job); }
 
 // A job that one thread waits for. Whoever claims it first runs it: the main loop, or the waiting
 // thread when it finds that nobody runs the loop.
@@ -53,9 +79,10 @@ class Hop {
 // g_main_context_invoke would run the job on the calling thread when no loop runs, and g_idle_add
 // would let everything else go first: so a source of default priority.
 void asyncMain(Job job) {
+  Posted::shared().push(std::move(job));
   GSource* source = g_idle_source_new();
   g_source_set_priority(source, G_PRIORITY_DEFAULT);
-  g_source_set_callback(source, runJob, new Job(std::move(job)), deleteJob);
+  g_source_set_callback(source, runNext, nullptr, nullptr);
   g_source_attach(source, nullptr);
   g_source_unref(source);
 }
