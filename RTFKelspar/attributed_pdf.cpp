@@ -12,7 +12,7 @@ NSData createPdfDataFromAttributedString(const NSAttributedString& receiver) {
   if (receiver.length() == 0) return nil;
   std::string document;
   dispatch::syncMain([&] {
-    writePDF(receiver, [&](std::string_view piece) {
+    writePDF(receiver, {}, [&](std::string_view piece) {
       document.append(piece);
       return true;
     });
@@ -27,7 +27,7 @@ bool saveRtfAsPdfWithFilepath(const NSAttributedString& receiver, const NSURL& f
     const std::unique_ptr<std::FILE, int (*)(std::FILE*)> file(std::fopen(path.c_str(), "wb"),
                                                                &std::fclose);
     if (!file) return;
-    writePDF(receiver, [&](std::string_view piece) {
+    writePDF(receiver, {}, [&](std::string_view piece) {
       return std::fwrite(piece.data(), 1, piece.size(), file.get()) == piece.size();
     });
   });

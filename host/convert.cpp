@@ -8,7 +8,6 @@
 
 #include "MailKelspar/MailKelspar.h"
 #include "RTFKelspar/RTFKelspar.h"
-#include "RTFKelspar/RTFKelsparNSAttributedStringAdditions.h"
 #include "RTFKelspar/RTFKelsparNSDataAdditions.h"
 #include "WebKelspar/WebKelspar.h"
 #include "host/attachment_files.h"
@@ -41,10 +40,20 @@ std::string plainLines(const NSString& text) {
   return utf8;
 }
 
-std::string pdfOf(const NSAttributedString& text, const std::string& name) {
-  const NSData pdf = RTFKelsparNSAttributedStringAdditions::createPdfDataFromAttributedString(text);
-  if (pdf.isEmpty()) throw Failure(kInputFailed, name + ": has no text for a page");
-  return std::string(pdf.chars());
+// A body with the attachments of the command line in place.
+std::string assembled(const NSData& rtf, const ConvertOptions& options, const std::string& name) {
+  if (options.to == "html") {
+    const NSString html = MailKelspar::htmlFromEncapsulatedRTF(rtf);
+    Message message;
+    message.html = html ? html : WebKelspar::htmlFromRTFData(rtf);
+    message.attachments = options.pdf.attachments;
+    return htmlOf(message, {.header = false});
+  }
+  const NSAttributedString text = assembledText(rtf, options.pdf.attachments);
+  if (options.to == "pdf") return pdfOf(text, nil, options.pdf, name);
+  NSMutableString characters{text.string().view()};
+  characters.replaceOccurrences(u"\uFFFC", u"");
+  return plainLines(std::move(characters).copy());
 }
 
 std::string converted(const NSData& rtf, const ConvertOptions& options, const std::string& name) {
@@ -52,8 +61,11 @@ std::string converted(const NSData& rtf, const ConvertOptions& options, const st
     return std::string(RTFKelspar::generateRTFColourTagsFromEmbeddedHTMLInRTF(rtf).chars());
   }
   if (options.to == "rtf") return std::string(rtf.chars());
+  if (!options.pdf.attachments.empty()) return assembled(rtf, options, name);
   if (options.to == "text") return plainLines(RTFData::stringFromRTFData(rtf));
-  if (options.to == "pdf") return pdfOf(NSAttributedString::initWithRTF(rtf), name);
+  if (options.to == "pdf") {
+    return pdfOf(NSAttributedString::initWithRTF(rtf), nil, options.pdf, name);
+  }
   const NSString html = MailKelspar::htmlFromEncapsulatedRTF(rtf);
   return html ? MailKelspar::htmlDeclaringUTF8(html).utf8()
               : WebKelspar::htmlFromRTFData(rtf).utf8();
@@ -75,7 +87,8 @@ std::string shown(const std::vector<std::shared_ptr<Message>>& messages,
     }
     if (options.to == "rtf") return rtfOf(*messages.front(), show);
     const NSData html(htmlOf(*messages.front(), show));
-    return pdfOf(NSAttributedString::initWithHTML(html), name);
+    return pdfOf(NSAttributedString::initWithHTML(html), messages.front()->subject, options.pdf,
+                 name);
   }
   std::string output;
   for (const auto& message : messages) {
@@ -231,6 +244,10 @@ std::string convertedInput(const NSData& input, const std::string& name,
   if (!options.attachmentFolder.empty()) {
     for (const auto& message : messages) extractAttachments(*message, options.attachmentFolder);
   }
+  for (const auto& message : messages) {
+    const auto& given = options.pdf.attachments;
+    message->attachments.insert(message->attachments.begin(), given.begin(), given.end());
+  }
   return shown(messages, options, name);
 }
 
@@ -245,6 +262,12 @@ std::string pathUnder(const std::string& folder, const std::string& input, const
 
 int convert(const ConvertOptions& options) {
   if (options.colours && options.to != "rtf") throw Failure(kUsage, "--colours needs --to rtf");
+  if (!options.pdf.attachments.empty() && (options.to == "rtf" || options.to == "json")) {
+    throw Failure(kUsage, "--attachment needs --to pdf, html or text");
+  }
+  if (options.pdf.cutPages && options.to != "pdf") {
+    throw Failure(kUsage, "--cut-pages needs --to pdf");
+  }
   if (!options.output.empty() && !options.outputFolder.empty()) {
     throw Failure(kUsage, "-o and --output-dir exclude each other");
   }

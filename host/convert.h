@@ -4,13 +4,14 @@
 #include <string>
 #include <vector>
 
+#include "host/pdf_output.h"
 #include "platform/foundation/NSData.h"
 
 namespace kelspar::host {
 
 struct ConvertOptions {
   std::vector<std::string> inputs;
-  std::string to = "text";  // "rtf", "html", "text" or "json"
+  std::string to = "text";  // "rtf", "html", "text", "json" or "pdf"
   std::string output;       // empty: standard output
   std::string outputFolder;
   std::string attachmentFolder;
@@ -18,6 +19,7 @@ struct ConvertOptions {
   bool colours = false;  // RTF with the colours of its spans
   bool noHeader = false;
   bool force = false;
+  PDFOutputOptions pdf;
   size_t jobs = 0;  // 0: as many as there are processors
 };
 

@@ -23,6 +23,15 @@ constexpr const char* kFooter =
     "Exit status: 0 done, 1 some inputs failed, 2 the command line is at fault, 3 nothing could be "
     "read, 4 an output cannot be written.";
 
+void addPages(CLI::App* command, ConvertOptions& options, std::vector<std::string>& attachments) {
+  command
+      ->add_option("--attachment", attachments,
+                   "CID=FILE: an image for the place where the body refers to cid:CID")
+      ->allow_extra_args(false);
+  command->add_flag("--cut-pages", options.pdf.cutPages,
+                    "With --to pdf: cut lines at page ends instead of keeping them whole");
+}
+
 void addConvert(CLI::App& app, ConvertOptions& options, std::string& zone, int& status) {
   CLI::App* command = app.add_subcommand(
       "convert",
@@ -45,8 +54,11 @@ void addConvert(CLI::App& app, ConvertOptions& options, std::string& zone, int& 
   command->add_option("--jobs", options.jobs, "Inputs at a time (0: one a processor)");
   command->add_flag("--colours", options.colours,
                     "With --to rtf: show the colours of HTML spans by RTF's own means");
-  command->callback([&options, &zone, &status] {
+  const auto attachments = std::make_shared<std::vector<std::string>>();
+  addPages(command, options, *attachments);
+  command->callback([&options, &zone, &status, attachments] {
     setTimeZone(zone);
+    options.pdf.attachments = givenAttachments(*attachments);
     status = convert(options);
   });
 }

@@ -134,6 +134,62 @@ class CommandLine(unittest.TestCase):
         self.assertEqual(result.returncode, 0)
         self.assertTrue(result.stdout.startswith(b'%PDF-'))
 
+    PARTY_IMAGES = [('street@kelspar', 'street.jpg', 640, 360), ('plan@kelspar', 'plan.png', 720, 400)]
+
+    def party(self, *arguments):
+        given = []
+        for identifier, name, _, _ in self.PARTY_IMAGES:
+            given += ['--attachment', f'{identifier}={SOURCE / "samples" / name}']
+        return run('convert', *given, SOURCE / 'samples' / 'street_party.rtf', *arguments)
+
+    def test_images_of_the_command_line_stand_in_the_pages(self):
+        out = self.path / 'party.pdf'
+        self.assertEqual(self.party('--to', 'pdf', '-o', out).returncode, 0)
+        subprocess.run(['qpdf', '--check', out], check=True, capture_output=True)
+        images = subprocess.run(['pdfimages', '-list', out], check=True, capture_output=True, text=True)
+        found = [tuple(map(int, line.split()[3:5])) for line in images.stdout.splitlines()[2:]]
+        for _, _, width, height in self.PARTY_IMAGES:
+            self.assertIn((width, height), found)
+
+    def test_images_of_the_command_line_in_text_and_html(self):
+        text = self.party().stdout.decode()
+        self.assertTrue(text.startswith('Street party on Lime Street\n'))
+        self.assertNotIn('\ufffc', text)
+        html = self.party('--to', 'html').stdout.decode()
+        self.assertIn('src="data:image/jpeg;base64,', html)
+        self.assertIn('src="data:image/png;base64,', html)
+
+    def test_images_of_the_command_line_that_are_none(self):
+        out = self.path / 'party.pdf'
+        body = SOURCE / 'samples' / 'street_party.rtf'
+        for argument, status, words in [
+                ('plan', 2, ['CID=FILE']), ('=plan.png', 2, ['CID=FILE']), ('plan=', 2, ['CID=FILE']),
+                (f'plan={self.path / "absent"}', 1, ['absent']),
+                (f'plan={body}', 1, ['street_party.rtf', 'no image'])]:
+            result = run('convert', body, '--to', 'pdf', '-o', out, '--attachment', argument)
+            self.assertEqual(len(self.assert_fails(result, status, *words).splitlines()), 1)
+            self.assertFalse(out.exists())
+        self.assert_fails(run('convert', body, '--to', 'rtf', '--attachment', f'a={body}'), 1)
+        plan = SOURCE / 'samples' / 'plan.png'
+        self.assert_fails(run('convert', body, '--to', 'rtf', '--attachment', f'a={plan}'), 2, '--to')
+        self.assert_fails(run('convert', body, '--cut-pages'), 2, '--to pdf')
+
+    def test_lines_at_page_ends(self):
+        # Lines of 13.5 points: a multiple of 715 points cuts one, and the cut one is on both pages.
+        rtf = b'{\\rtf1\\ansi\\sl-270\\slmult0 ' + b'\\par '.join(b'line%d.' % i for i in range(80)) + b'}'
+        texts = {}
+        for mode in [(), ('--cut-pages',)]:
+            pdf = run('convert', '-', '--to', 'pdf', *mode, stdin=rtf).stdout
+            (self.path / 'lines.pdf').write_bytes(pdf)
+            text = subprocess.run(['pdftotext', self.path / 'lines.pdf', '-'], check=True, capture_output=True)
+            texts[mode] = text.stdout.split()
+            self.assertEqual(texts[mode], [b'line%d.' % i for i in range(80)])
+
+    def test_a_pdf_that_cannot_be_written_leaves_nothing(self):
+        result = self.party('--to', 'pdf', '-o', self.path / 'no' / 'folder.pdf')
+        self.assert_fails(result, 4, 'folder.pdf')
+        self.assertEqual(list(self.path.iterdir()), [])
+
     def test_html_of_rtf_that_encapsulates_none(self):
         html = run('convert', '-', '--to', 'html', stdin=b'{\\rtf1 a{\\b b}}').stdout.decode()
         self.assertIn('<html', html)

@@ -88,21 +88,27 @@ void drawAttachment(cairo_t* cairo, PangoAttrShape* shape, gboolean isPath, gpoi
 
 class Document {
  public:
-  explicit Document(const Write& write)
+  Document(const Write& write, const PDFOptions& options, bool hasLinks)
       : surface_(cairo_pdf_surface_create_for_stream(&writePiece, const_cast<Write*>(&write),
                                                      kWidth, kPageHeight)),
         cairo_(cairo_create(surface_)),
         context_(newPointContext()),
-        layout_(pango_layout_new(context_)) {
-    cairo_pdf_surface_set_metadata(surface_, CAIRO_PDF_METADATA_TITLE, "Message");
+        layout_(pango_layout_new(context_)),
+        keepsLinesWhole_(options.keepsLinesWhole),
+        hasLinks_(hasLinks) {
+    cairo_pdf_surface_set_metadata(surface_, CAIRO_PDF_METADATA_TITLE,
+                                   options.title.utf8().c_str());
     cairo_pdf_surface_set_metadata(surface_, CAIRO_PDF_METADATA_CREATOR, "libkelspar");
     cairo_pdf_surface_set_metadata(surface_, CAIRO_PDF_METADATA_CREATE_DATE,
                                    creationDate().c_str());
     pango_cairo_context_set_shape_renderer(context_, &drawAttachment, nullptr, nullptr);
     pango_layout_set_single_paragraph_mode(layout_, TRUE);
+    // Links outside a document's structure would refer to one that Cairo never writes.
+    if (hasLinks_) cairo_tag_begin(cairo_, "Document", nullptr);
   }
   Document(const Document&) = delete;
   ~Document() {
+    if (hasLinks_) cairo_tag_end(cairo_, "Document");
     cairo_show_page(cairo_);
     cairo_surface_finish(surface_);
     g_object_unref(layout_);
@@ -222,6 +228,10 @@ class Document {
   void place(PangoLayoutLine* line, double x, double top, double baseline, double bottom) {
     constexpr double kUnit = 1.0 / PANGO_SCALE;
     while (!isBroken() && top >= pageTop_ + kPageHeight) turnPage();
+    if (keepsLinesWhole_ && bottom > pageTop_ + kPageHeight + kUnit && top > pageTop_) {
+      cairo_show_page(cairo_);
+      pageTop_ = top;
+    }
     draw(line, x, top, baseline, bottom);
     while (!isBroken() && bottom > pageTop_ + kPageHeight + kUnit) {
       turnPage();
@@ -275,6 +285,7 @@ class Document {
   const NSParagraphStyle* style_ = nullptr;
   std::string text_;
   std::vector<Link> links_;
+  bool keepsLinesWhole_, hasLinks_;
   double left_ = 0, width_ = kWidth, y_ = 0, pageTop_ = 0;
 };
 
@@ -290,12 +301,14 @@ size_t longestWordOf(std::u16string_view units) {
 
 }  // namespace
 
-void writePDF(const NSAttributedString& text, const Write& write) {
+void writePDF(const NSAttributedString& text, const PDFOptions& options, const Write& write) {
   const NSString string = text.string();
   const auto units = string.view();
   const auto runs = text.runs();
   if (units.empty()) return;
-  Document document(write);
+  const bool hasLinks = std::ranges::any_of(
+      runs, [](const NSTextRun& run) { return static_cast<bool>(run.attributes->link); });
+  Document document(write, options, hasLinks);
   size_t run = 0, runEnd = runs[0].length;
   const auto runAt = [&](size_t at) {
     while (at >= runEnd && run + 1 < runs.size()) runEnd += runs[++run].length;

@@ -1,4 +1,4 @@
-// Attributed text on pages of a PDF document. Internal to the library.
+// Attributed text on pages of a PDF document.
 #pragma once
 
 #include <functional>
@@ -8,9 +8,21 @@
 
 namespace kelspar {
 
-// Lays `text` out on lines of 550 points and cuts it at multiples of 715 points. `write` gets the
-// document in pieces, page by page, and says whether it could take them. A text that is not empty
-// has a page at least. The creation date is SOURCE_DATE_EPOCH's where that is set. Linear.
-void writePDF(const NSAttributedString& text, const std::function<bool(std::string_view)>& write);
+struct PDFOptions {
+  // A line that a page's end would cut begins the next page, unless it is higher than a page.
+  // Otherwise pages are cut at exact multiples of their height and such a line is drawn on both.
+  bool keepsLinesWhole = false;
+  NSString title;  // nil or empty: the text's first line that is not empty
+};
+
+// Lays `text` out on lines of 550 points, on pages of 715 points. `write` gets the document in
+// pieces, page by page, and says whether it could take them; after a "no" nothing more comes. A
+// text that is not empty has a page at least. The creation date is SOURCE_DATE_EPOCH's where that
+// is set. Any thread may call. Linear.
+//
+// Extracted from the pages, the text comes in order and once: of a line that is drawn on two pages,
+// only the one with its baseline holds it as text.
+void writePDF(const NSAttributedString& text, const PDFOptions& options,
+              const std::function<bool(std::string_view)>& write);
 
 }  // namespace kelspar
