@@ -174,7 +174,13 @@ void Tokenizer::readComment() {
       return finish(Token::Kind::comment, at + 1, inside.substr(0, inside.size() - close.size()));
     }
   }
-  finish(Token::Kind::comment, input_.size(), input_.substr(from));
+  auto inside = input_.substr(from);
+  for (const std::u16string_view close : {u"--!", u"--", u"-"}) {  // the input ends in the end
+    if (!inside.ends_with(close)) continue;
+    inside.remove_suffix(close.size());
+    break;
+  }
+  finish(Token::Kind::comment, input_.size(), inside);
 }
 
 // 13.2.5.41
