@@ -41,7 +41,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* bytes, size_t size) {
         require(c == 0xFFFC || c == u'\n');
     }
     if (look.paragraph) {
-      require(look.paragraph->lists.size() <= 16 && look.paragraph->cells.size() <= 8);
+      require(look.paragraph->lists.size() <= 16 && look.paragraph->cells.size() <= 16);
       for (const NSTextTableCell& cell : look.paragraph->cells) require(cell.column < cell.columns);
     }
     at += run.length;

@@ -1,10 +1,11 @@
 // The HTML writer over what the RTF reader makes of any bytes: elements that nest, text that is
-// escaped, links of the few schemes.
+// escaped, links of the few schemes; and it reads back to the same characters and attributes.
+#include <cstdio>
 #include <cstdlib>
 #include <string_view>
 #include <vector>
 
-#include "platform/richtext/html_writer.h"
+#include "platform/richtext/html_round_trip.h"
 
 using namespace kelspar;
 
@@ -56,5 +57,9 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* bytes, size_t size) {
   }
   check(open.empty());
   check(!html || NSString(html.view()).strictUTF8());
+  if (const std::string what = html::roundTripDifference(text); !what.empty()) {
+    std::fprintf(stderr, "%s\n", what.c_str());
+    std::abort();
+  }
   return 0;
 }

@@ -56,6 +56,7 @@ void readDataURL(std::u16string_view url, NSTextAttachment* attachment) {
   if (comma == url.npos) return;
   const auto head = url.substr(5, comma - 5);
   attachment->type = NSString(head.substr(0, head.find(u';')));
+  if (comma + 1 == url.size()) return;  // only its type is known
   std::string bytes = percentDecoded(url.substr(comma + 1));
   if (head.find(u";base64") != head.npos) {
     std::erase_if(bytes, [](char c) { return c == ' '; });
@@ -118,23 +119,25 @@ NSString linkOf(const Tokenizer& tag) {
   return NSString(url);
 }
 
-std::shared_ptr<const NSTextAttachment> attachmentOf(const Tokenizer& tag,
-                                                     const HTMLImportOptions& options) {
+std::shared_ptr<NSTextAttachment> attachmentOf(const Tokenizer& tag,
+                                               const HTMLImportOptions& options) {
   const std::u16string url = urlOf(tag, u"src");
-  if (url.empty()) return nullptr;
+  const Attribute* const alternative = tag.attribute(u"alt");
+  if (url.empty() && (tag.attribute(u"src") || !alternative)) return nullptr;
   auto attachment = std::make_shared<NSTextAttachment>();
   attachment->width = pointsOf(tag, u"width");
   attachment->height = pointsOf(tag, u"height");
-  const Attribute* const width = tag.attribute(u"width");
-  const Attribute* const height = tag.attribute(u"height");
-  if (width && height && numberOf(width, 2) <= 1 && numberOf(height, 2) <= 1) return nullptr;
-  if (const Attribute* alternative = tag.attribute(u"alt")) {
+  if (alternative && !alternative->raw.empty()) {
     attachment->alternative = NSString(alternative->value());
   }
+  if (url.empty()) return attachment;
   if (hasScheme(url, u"data")) {
     readDataURL(url, attachment.get());
     return attachment;
   }
+  const Attribute* const width = tag.attribute(u"width");
+  const Attribute* const height = tag.attribute(u"height");
+  if (width && height && numberOf(width, 2) <= 1 && numberOf(height, 2) <= 1) return nullptr;
   attachment->source = NSString(url);
   if (hasScheme(url, u"cid")) {
     attachment->name = NSString(percentDecoded(std::u16string_view(url).substr(4)));

@@ -20,9 +20,9 @@ namespace kelspar::html {
 [[nodiscard]] NSTextAlignment alignmentNamed(std::u16string_view name, NSTextAlignment otherwise);
 // Where an <a> leads; nil for nothing, and for scripts and documents inside the link.
 [[nodiscard]] NSString linkOf(const Tokenizer& tag);
-// What an <img> refers to; null when nothing would be shown (no source, a pixel that counts
-// readers).
-[[nodiscard]] std::shared_ptr<const NSTextAttachment> attachmentOf(
-    const Tokenizer& tag, const HTMLImportOptions& options);
+// What an <img> refers to; null when nothing would be shown (an empty source, no source and no
+// alternative, a pixel that counts readers).
+[[nodiscard]] std::shared_ptr<NSTextAttachment> attachmentOf(const Tokenizer& tag,
+                                                             const HTMLImportOptions& options);
 
 }  // namespace kelspar::html

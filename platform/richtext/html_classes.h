@@ -10,19 +10,26 @@
 
 namespace kelspar::html {
 
+// No indent is larger than that (22 inches), either way.
+inline constexpr double kLargestIndent = 1584;
+
 class Classes {
  public:
   // `font` is what text has that says nothing else.
   explicit Classes(const NSFont& font) : font_(font) {}
 
-  // The class of a paragraph's style, of a list, of its item's style, of a run's look, of a cell;
-  // empty when there is nothing to say. `indent`: of a list within what is around it (0: as lists
-  // are), of an item within its list.
-  [[nodiscard]] std::u16string paragraph(const NSParagraphStyle& style);
-  [[nodiscard]] std::u16string list(const NSTextList& list, double indent);
-  [[nodiscard]] std::u16string item(const NSParagraphStyle& style, double indent);
+  // The class of a paragraph's style, of a list, of a list item's style, of a run's look, of a
+  // cell, of an image's size; empty when there is nothing to say. `around` is the style of what the
+  // paragraph stands in, whose looks it inherits. Indents count from the cell's edge: `from` is
+  // where the list, or the item's list, is. `isInner`: the list holds the item's list only.
+  [[nodiscard]] std::u16string paragraph(const NSParagraphStyle& style,
+                                         const NSParagraphStyle& around);
+  [[nodiscard]] std::u16string list(const NSTextList& list, double indent, bool isInner);
+  [[nodiscard]] std::u16string item(const NSParagraphStyle& style, const NSParagraphStyle& around,
+                                    double from);
   [[nodiscard]] std::u16string look(const NSTextAttributes& attributes);
   [[nodiscard]] std::u16string cell(const NSTextTableCell& cell);
+  [[nodiscard]] std::u16string image(double width, double height);
 
   // All rules, a line each.
   [[nodiscard]] std::u16string sheet() const;
@@ -35,7 +42,14 @@ class Classes {
   std::vector<std::u16string> rules_;
 };
 
+// A family's name as a rule can hold it: without what could end the quotation or the element.
+[[nodiscard]] std::u16string safeFamily(std::u16string_view family);
+
 // A number as CSS has it: no exponent, three digits behind the point at most.
 void appendNumber(double value, std::u16string* out);
+
+[[nodiscard]] double boundedIndent(double indent);
+// A font's size: half a point to a thousand points.
+[[nodiscard]] double boundedSize(double size);
 
 }  // namespace kelspar::html

@@ -5,15 +5,13 @@
 #include <algorithm>
 
 #include "platform/richtext/html_attributes.h"
+#include "platform/richtext/html_white_space.h"
 
 namespace kelspar::html {
 
 namespace {
 
-bool isAllSpace(std::u16string_view text) {
-  return std::ranges::all_of(
-      text, [](char16_t c) { return c == u' ' || (c >= u'\t' && c <= u'\r' && c != u'\v'); });
-}
+bool isAllSpace(std::u16string_view text) { return std::ranges::all_of(text, isWhiteSpace); }
 
 bool isHeading(Tag tag) { return has(tag, kHeading); }
 
@@ -176,6 +174,12 @@ void Import::startVoid(Tag tag) {
 // An image is a character of attributed text, and nothing in plain text.
 void Import::image() {
   if (auto attachment = attachmentOf(tokens_, *options_)) {
+    const auto setSize = [this](Property property, const Length& declared, double* size) {
+      if (!declarations_.has(property) || declared.unit != Length::Unit::points) return;
+      if (declared.value > 0) *size = declared.value;
+    };
+    setSize(Property::width, declarations_.width, &attachment->width);
+    setSize(Property::imageHeight, declarations_.imageHeight, &attachment->height);
     const uint32_t look = looks_->withAttachment(std::move(attachment));
     layout_.atom(u"\uFFFC", look, looks_->current());
   }
@@ -232,7 +236,7 @@ void Import::readDeclarations(Tag tag) {
   const auto attributes = tokens_.attributes();
   if (attributes.empty() && sheet_.isEmpty()) return;
   const Attribute *style = nullptr, *classes = nullptr, *identifier = nullptr;
-  bool hidden = false;
+  bool hidden = false, covered = false;
   for (const Attribute& attribute : attributes) {
     switch (attribute.name.size()) {
       case 2:
@@ -245,11 +249,14 @@ void Import::readDeclarations(Tag tag) {
       case 6:
         hidden = hidden || equalsIgnoringCase(attribute.name, u"hidden");
         break;
+      case kCoveredMark.size():
+        covered = covered || equalsIgnoringCase(attribute.name, kCoveredMark);
+        break;
       default:
         break;
     }
   }
-  if (hidden) parseDeclarations(u"display:none", !looks_, &declarations_);
+  if (hidden && !covered) parseDeclarations(u"display:none", !looks_, &declarations_);
   if (!sheet_.isEmpty()) {
     sheet_.apply(tag, classes ? classes->raw : std::u16string_view(),
                  identifier ? identifier->raw : std::u16string_view(), &declarations_);
@@ -304,6 +311,9 @@ void Import::push(OpenElement element) {
 void Import::pop() {
   const OpenElement element = elements_.top();
   elements_.pop();
+  const bool holdsText =
+      element.tag() == Tag::td || element.tag() == Tag::th || element.tag() == Tag::li;
+  if (looks_ && holdsText && layout_.isFresh()) layout_.setLook(looks_->current());
   if (looks_) looks_->pop();
   if (element.tag() == Tag::table) tables_.pop_back();
   if (element.formatting) {
@@ -363,6 +373,10 @@ void Import::endLayout(const OpenElement& element) {
         break;
       case Tag::tr:
         layout_.endRow();
+        break;
+      case Tag::li:
+        layout_.endItem();
+        layout_.requireBreaks(1);
         break;
       case Tag::ul:
       case Tag::ol:

@@ -9,6 +9,7 @@
 #include <string>
 #include <vector>
 
+#include "platform/richtext/html_columns.h"
 #include "platform/richtext/html_importer.h"
 #include "platform/richtext/html_layout.h"
 #include "platform/richtext/html_looks.h"
@@ -42,7 +43,8 @@ class Import {
 
   struct Table {
     uint32_t identity = 0;
-    uint16_t row = 0, column = 0;  // the next ones
+    uint16_t row = 0;  // the next one
+    TableColumns columns;
   };
 
   // Tokens.

@@ -1,9 +1,9 @@
 // Tables (13.2.6.4.9 to 13.2.6.4.15) and lists.
 #include <algorithm>
-#include <string>
 
 #include "platform/richtext/html_attributes.h"
 #include "platform/richtext/html_import.h"
+#include "platform/richtext/html_markers.h"
 
 namespace kelspar::html {
 
@@ -13,6 +13,7 @@ bool isSection(Tag tag) { return tag == Tag::tbody || tag == Tag::thead || tag =
 
 // Tables that only arrange what is in them say so, or have no lines and no gaps.
 bool isForLayout(const Tokenizer& tokens) {
+  if (numberOf(tokens.attribute(u"border"), 0) > 0) return false;
   if (const Attribute* role = tokens.attribute(u"role")) {
     if (equalsIgnoringCase(role->raw, u"presentation") || equalsIgnoringCase(role->raw, u"none")) {
       return true;
@@ -23,51 +24,6 @@ bool isForLayout(const Tokenizer& tokens) {
     if (attribute && attribute->raw == u"0") return true;
   }
   return false;
-}
-
-std::u16string digits(int32_t value) {
-  const std::string text = std::to_string(value);
-  return {text.begin(), text.end()};
-}
-
-// a, b, ... z, aa, ab, ...
-std::u16string letters(int32_t value, char16_t first) {
-  std::u16string text;
-  for (; value > 0; value = (value - 1) / 26) {
-    text.insert(text.begin(), static_cast<char16_t>(first + (value - 1) % 26));
-  }
-  return text;
-}
-
-std::u16string roman(int32_t value, bool upper) {
-  struct Row {
-    int32_t value;
-    std::u16string_view text;
-  };
-  constexpr Row kRows[] = {{1000, u"m"}, {900, u"cm"}, {500, u"d"}, {400, u"cd"}, {100, u"c"},
-                           {90, u"xc"},  {50, u"l"},   {40, u"xl"}, {10, u"x"},   {9, u"ix"},
-                           {5, u"v"},    {4, u"iv"},   {1, u"i"}};
-  std::u16string text;
-  for (const Row& row : kRows) {
-    for (; value >= row.value; value -= row.value) text += row.text;
-  }
-  if (upper) {
-    for (char16_t& c : text) c = static_cast<char16_t>(c - 0x20);
-  }
-  return text;
-}
-
-// Marker and tab; nothing for "none".
-std::u16string markerText(std::u16string_view style, int32_t value) {
-  if (style == u"none") return {};
-  if (style == u"disc") return u"\u2022\t";
-  if (style == u"circle") return u"\u25E6\t";
-  if (style == u"square") return u"\u25AA\t";
-  std::u16string text;
-  if (value > 0 && style.ends_with(u"alpha")) text = letters(value, style[0] == u'l' ? u'a' : u'A');
-  if (value > 0 && value < 4000 && style.ends_with(u"roman")) text = roman(value, style[0] == u'u');
-  if (text.empty()) text = digits(value);
-  return text + u".\t";
 }
 
 // <ol type>, <li type>
@@ -127,12 +83,13 @@ bool Import::startTablePart(Tag tag) {
 void Import::openTable() {
   readDeclarations(Tag::table);
   const size_t number = layout_.markTable();
-  tables_.push_back({++identities_, 0, 0});
+  tables_.push_back({++identities_, 0, {}});
+  const bool isInLayout = table() != 0 && elements_.at(table()).dropsCells;
   open(Tag::table, static_cast<uint16_t>(Tag::table));
   OpenElement& element = elements_.top();
   element.fosters = true;
   element.table = static_cast<uint32_t>(number);
-  element.dropsCells = isForLayout(tokens_);
+  element.dropsCells = isInLayout || isForLayout(tokens_);
 }
 
 void Import::openPart(Tag tag, bool isImplied) {
@@ -143,28 +100,31 @@ void Import::openPart(Tag tag, bool isImplied) {
   if (tag == Tag::tr) {
     Table& table = tables_.back();
     if (table.row < UINT16_MAX) ++table.row;
-    table.column = 0;
+    table.columns.nextRow();
   }
 }
 
 // The cell just opened takes its place in the row.
 void Import::enterCell() {
-  static constexpr int32_t kMostSpanned = 1000;
+  if (elements_.top().hidden) return;  // it has no place
   Table& table = tables_.back();
   NSTextTableCell cell;
   cell.table = table.identity;
   cell.row = static_cast<uint16_t>(table.row - 1);
-  cell.column = table.column;
-  const auto span = [this](std::u16string_view name) {
-    return static_cast<uint16_t>(std::clamp(numberOf(tokens_.attribute(name), 1), 1, kMostSpanned));
+  const auto span = [this](std::u16string_view name, int32_t most) {
+    return static_cast<uint16_t>(std::clamp(numberOf(tokens_.attribute(name), 1), 1, most));
   };
-  cell.columnSpan = span(u"colspan");
-  cell.rowSpan = span(u"rowspan");
-  table.column = static_cast<uint16_t>(
-      std::min<uint32_t>(uint32_t{table.column} + cell.columnSpan, UINT16_MAX));
-  if (!looks_ || elements_.top().hidden) return;
+  cell.column = table.columns.next();
+  cell.columnSpan = span(u"colspan", kMostColumnsSpanned);
+  cell.rowSpan = span(u"rowspan", kMostRowsSpanned);
+  if (const Attribute* const column = tokens_.attribute(kColumnMark)) {
+    cell.column = static_cast<uint16_t>(std::clamp(numberOf(column, 0), 0, UINT16_MAX - 1));
+  }
+  if (tokens_.attribute(kCoveredMark)) cell.rowSpan = 0;
+  const uint16_t columns = table.columns.take(cell.column, cell.columnSpan, cell.rowSpan);
+  if (!looks_) return;
   looks_->enterCell(cell, {elements_.top().tag(), &tokens_, &declarations_, true, false});
-  looks_->setColumns(cell.table, table.column);
+  looks_->setColumns(cell.table, columns);
 }
 
 bool Import::endTablePart(Tag tag) {

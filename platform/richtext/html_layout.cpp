@@ -3,45 +3,12 @@
 #include <algorithm>
 #include <utility>
 
-#if defined(__SSE2__)
-#include <emmintrin.h>
-#endif
-
 #include "platform/foundation/scan.h"
+#include "platform/richtext/html_white_space.h"
 
 namespace kelspar::html {
 
 namespace {
-
-bool isSpace(char16_t c) { return c == u' ' || (c >= u'\t' && c <= u'\r' && c != u'\v'); }
-
-// The first place that does not stay as it is when white space collapses: a blank followed by
-// another one, or white space that is no blank. Finds a vertical tab as well, which stays.
-size_t findCollapsible(std::u16string_view text, size_t from) {
-  const size_t size = text.size();
-  size_t at = from;
-#if defined(__SSE2__)
-  const __m128i blank = _mm_set1_epi16(u' ');
-  const __m128i tab = _mm_set1_epi16(u'\t');
-  const __m128i reach = _mm_set1_epi16(u'\r' - u'\t');
-  const __m128i zero = _mm_setzero_si128();
-  for (; at + 9 <= size; at += 8) {
-    const auto* const units = reinterpret_cast<const __m128i*>(text.data() + at);
-    const __m128i here = _mm_loadu_si128(units);
-    const __m128i next = _mm_loadu_si128(reinterpret_cast<const __m128i*>(text.data() + at + 1));
-    const __m128i twice = _mm_and_si128(_mm_cmpeq_epi16(here, blank), _mm_cmpeq_epi16(next, blank));
-    const __m128i control = _mm_cmpeq_epi16(_mm_subs_epu16(_mm_sub_epi16(here, tab), reach), zero);
-    if (const int mask = _mm_movemask_epi8(_mm_or_si128(twice, control))) {
-      return at + static_cast<size_t>(__builtin_ctz(mask)) / 2;
-    }
-  }
-#endif
-  for (; at < size; ++at) {
-    if (text[at] >= u'\t' && text[at] <= u'\r') return at;
-    if (text[at] == u' ' && at + 1 < size && text[at + 1] == u' ') return at;
-  }
-  return size;
-}
 
 // How many line ends the text ends in, counted up to `most`.
 uint8_t lineEndsBehind(std::u16string_view text, uint8_t most) {
@@ -75,11 +42,11 @@ void TextLayout::text(std::u16string_view units, WhiteSpace whiteSpace) {
 
 void TextLayout::collapse(std::u16string_view units) {
   for (size_t at = 0; at < units.size();) {
-    if (isSpace(units[at])) {
+    if (isWhiteSpace(units[at])) {
       noteSpace();
       do {
         ++at;
-      } while (at < units.size() && isSpace(units[at]));
+      } while (at < units.size() && isWhiteSpace(units[at]));
       continue;
     }
     const size_t stop = findCollapsible(units, at);
@@ -104,7 +71,12 @@ void TextLayout::keep(std::u16string_view units) {
 
 void TextLayout::noteSpace() {
   if (out_->breaks || out_->tabs || out_->fresh || out_->atLineStart()) return;
-  out_->space = true;
+  if (!std::exchange(out_->space, true)) out_->spaceLook = look_;
+}
+
+// A <br> at the end of a block is the block's own line end.
+void TextLayout::settleBreak() {
+  if (out_->endsInBreak()) out_->text.back() = u'\n';
 }
 
 // What is due before text or a line end.
@@ -112,7 +84,7 @@ void TextLayout::flush() {
   Output& out = *out_;
   out.fresh = false;
   if (out.breaks && !out.text.empty()) {
-    if (isLineEnd(out.text.back())) out.text.back() = u'\n';
+    settleBreak();
     out.text.append(out.breaks - lineEndsBehind(out.text, out.breaks), u'\n');
   }
   out.breaks = 0;
@@ -124,16 +96,19 @@ void TextLayout::flush() {
   }
 }
 
-void TextLayout::startRun() {
+void TextLayout::startRun(uint32_t look) {
   Output& out = *out_;
-  if (!out.runs.empty() && out.runs.back().look == look_) return;
-  out.runs.push_back({out.runs.empty() ? 0 : out.text.size(), look_});
+  if (!out.runs.empty() && out.runs.back().look == look) return;
+  out.runs.push_back({out.runs.empty() ? 0 : out.text.size(), look});
 }
 
 void TextLayout::append(std::u16string_view units) {
   flush();
   Output& out = *out_;
-  if (std::exchange(out.space, false)) out.text.push_back(u' ');
+  if (std::exchange(out.space, false)) {
+    startRun(out.spaceLook);
+    out.text.push_back(u' ');
+  }
   startRun();
   out.text.append(units);
 }
@@ -146,6 +121,11 @@ void TextLayout::atom(std::u16string_view units, uint32_t look, uint32_t after) 
   startRun();
 }
 
+void TextLayout::lineBreak() {
+  endLine(lineEnd_);
+  out_->broken = out_->text.size();
+}
+
 void TextLayout::endLine(char16_t lineEnd) {
   flush();
   out_->space = false;
@@ -155,7 +135,8 @@ void TextLayout::endLine(char16_t lineEnd) {
 
 void TextLayout::requireBreaks(uint8_t breaks) {
   if (out_->fresh) return;
-  out_->space = false;
+  out_->space = out_->rowEnd = false;
+  settleBreak();
   out_->breaks = std::max(out_->breaks, breaks);
 }
 
@@ -164,28 +145,69 @@ void TextLayout::beginItem(std::u16string marker) {
   out_->fresh = true;
 }
 
+void TextLayout::endItem() {
+  if (!out_->marker.empty()) flush();
+  out_->fresh = false;
+}
+
 void TextLayout::beginRow(bool drops) {
-  requireBreaks(1);
-  rows_.push_back({out_->text.size(), out_->tabs, drops, false});
+  Output& out = *out_;
+  const bool wasFresh = out.fresh;
+  if (std::exchange(out.rowEnd, false)) {
+    flush();
+    out.text.push_back(u'\n');
+  } else {
+    requireBreaks(1);
+  }
+  rows_.push_back({out.text.size(), out.tabs, drops, wasFresh});
 }
 
 void TextLayout::beginCell() {
   Row& row = rows_.back();
-  out_->fresh = true;
   out_->space = false;
-  if (row.hasCells && (rowHasText() || !row.drops)) ++out_->tabs;
+  if (row.hasCells) separateCells(row);
   row.hasCells = true;
+  row.cellStart = out_->text.size();
+  out_->fresh = true;
+}
+
+// The tab between a cell and the next one.
+void TextLayout::separateCells(const Row& row) {
+  Output& out = *out_;
+  const bool isBroken = out.endsInBreak() && out.text.size() > row.cellStart;
+  if (isBroken) out.broken = 0;  // a <br> at the cell's end is the cell's end
+  if (row.drops) {
+    if (isBroken) out.text.pop_back();
+    if (rowHasText()) ++out.tabs;
+  } else if (isBroken) {
+    out.text.back() = u'\t';
+  } else {
+    flush();
+    if (out.text.size() == row.cellStart) startRun(row.cellLook);
+    out.text.push_back(u'\t');
+  }
 }
 
 void TextLayout::endCell() {
-  out_->fresh = false;
+  Row& row = rows_.back();
+  row.cellLook = look_;
+  out_->fresh = out_->space = out_->rowEnd = false;
   if (rowHasText()) out_->breaks = 0;
 }
 
 void TextLayout::endRow() {
-  out_->tabs = rowHasText() ? 0 : rows_.back().tabsBefore;
+  const Row row = rows_.back();
+  const bool hasText = rowHasText();
   rows_.pop_back();
-  requireBreaks(1);
+  if (!hasText) {
+    out_->fresh = row.wasFresh;
+    out_->tabs = row.tabsBefore;
+  }
+  if (row.drops || !row.hasCells || out_->fresh || (hasText && out_->endsInBreak())) {
+    if (hasText) out_->tabs = 0;
+    return requireBreaks(1);
+  }
+  out_->rowEnd = true;
 }
 
 size_t TextLayout::markTable() {
@@ -204,6 +226,7 @@ void TextLayout::beginStray(size_t table) {
 void TextLayout::endStray() { out_ = &main_; }
 
 TextLayout::Result TextLayout::finish() && {
+  settleBreak();
   const bool hasStrays =
       std::ranges::any_of(tables_, [](const Table& table) { return table.strays != nullptr; });
   if (!hasStrays) return {std::move(main_.text), std::move(main_.runs)};

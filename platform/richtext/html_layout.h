@@ -2,7 +2,8 @@
 // them. It is told what comes, in order, and writes each unit once. Internal to the library.
 //
 // Deliberate differences to innerText: a cell's own blocks put no line ends between it and its
-// neighbours, rows without text leave no line, and list markers are text.
+// neighbours, a <br> at the end of a block or a cell is that end, list markers are text, and in
+// tables made for layout neither empty cells at a row's start nor empty rows leave anything.
 #pragma once
 
 #include <cstdint>
@@ -36,14 +37,16 @@ class TextLayout {
   // Something that is no white space and stands in the line, in `look`; what is written behind it
   // has the look `after`.
   void atom(std::u16string_view units, uint32_t look, uint32_t after);
-  void lineBreak() { endLine(lineEnd_); }
+  void lineBreak();
   // At least so many line ends before the next text: 1 for a new line, 2 for a blank line between.
   void requireBreaks(uint8_t breaks);
 
-  // An item's marker; it is written when the item's text comes. Empty: none.
+  // An item's marker; it is written when the item's text comes, or the item ends. Empty: none.
   void beginItem(std::u16string marker);
+  void endItem();
 
-  // `drops`: cells without text at a row's start leave no tabs behind (tables made for layout).
+  // `drops`: a table made for layout. The tab behind a cell without text has the look that is set
+  // when the cell ends.
   void beginRow(bool drops);
   void beginCell();
   void endCell();
@@ -55,6 +58,8 @@ class TextLayout {
   void beginStray(size_t table);
   void endStray();
   [[nodiscard]] bool isStraying() const { return out_ != &main_; }
+  // Nothing stands in the cell or item yet.
+  [[nodiscard]] bool isFresh() const { return out_->fresh; }
 
   // The look of what comes.
   void setLook(uint32_t look) { look_ = look; }
@@ -62,23 +67,29 @@ class TextLayout {
   [[nodiscard]] Result finish() &&;
 
  private:
-  static bool isLineEnd(char16_t c) { return c == u'\n' || c == u'\u2028'; }
-
   // A text while it grows.
   struct Output {
     std::u16string text;
     std::vector<Run> runs;
     uint8_t breaks = 0;  // line ends that are due
     bool space = false;  // a space is due, unless the line ends
-    bool fresh = false;  // nothing stands in the cell or item yet
-    uint32_t tabs = 0;   // cells that were passed
+    uint32_t spaceLook = 0;
+    bool fresh = false;   // nothing stands in the cell or item yet
+    bool rowEnd = false;  // a row has ended, and is a line if another one follows
+    uint32_t tabs = 0;    // cells of layout that were passed
+    size_t broken = 0;    // the text's length behind the last <br>
     std::u16string marker;
-    bool atLineStart() const { return text.empty() || isLineEnd(text.back()); }
+    bool endsInBreak() const { return broken == text.size() && broken > 0; }
+    bool atLineStart() const { return text.empty() || text.back() == u'\n' || endsInBreak(); }
   };
   struct Row {
     size_t start;
     uint32_t tabsBefore;
-    bool drops, hasCells;
+    bool drops;
+    bool wasFresh;  // nothing stood in the cell around the table
+    bool hasCells = false;
+    size_t cellStart = 0;
+    uint32_t cellLook = 0;
   };
   struct Table {
     size_t position;  // in front of which its strays stand
@@ -87,7 +98,10 @@ class TextLayout {
   };
 
   void flush();
-  void startRun();
+  void startRun() { startRun(look_); }
+  void startRun(uint32_t look);
+  void settleBreak();
+  void separateCells(const Row& row);
   void endLine(char16_t lineEnd);
   void append(std::u16string_view units);
   void collapse(std::u16string_view units);

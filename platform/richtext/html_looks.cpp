@@ -4,6 +4,7 @@
 #include <iterator>
 
 #include "platform/richtext/html_attributes.h"
+#include "platform/richtext/html_classes.h"
 #include "platform/richtext/html_colors.h"
 
 namespace kelspar::html {
@@ -27,7 +28,7 @@ enum Own : uint32_t {
 };
 
 constexpr size_t kDeepestLists = 16;
-constexpr size_t kDeepestTables = 8;
+constexpr size_t kDeepestTables = 16;
 constexpr double kIndent = 30;  // of lists and quotes
 
 void take(const NSTextAttributes& from, uint32_t own, NSTextAttributes* to) {
@@ -152,7 +153,7 @@ void applyDeclarations(const Declarations& declared, NSTextAttributes* style, ui
   };
   if (set(Property::fontFamily, kFamily)) style->font.family = declared.fontFamily;
   if (set(Property::fontSize, kSize)) {
-    style->font.size = std::clamp(declared.fontSize.of(style->font.size), 1.0, 1000.0);
+    style->font.size = boundedSize(declared.fontSize.of(style->font.size));
   }
   if (set(Property::fontWeight, kBold)) style->font.bold = declared.bold;
   if (set(Property::fontStyle, kItalic)) style->font.italic = declared.italic;
@@ -191,12 +192,14 @@ void indentBy(const Source& source, double fontSize, NSParagraphStyle* paragraph
                     ? kIndent
                     : 0;
   if (declared.has(Property::marginLeft)) left = declared.marginLeft.of(fontSize);
-  paragraph->headIndent = std::max(0.0, paragraph->headIndent + left);
-  paragraph->firstLineIndent =
-      paragraph->headIndent +
-      (declared.has(Property::textIndent) ? declared.textIndent.of(fontSize) : textIndent);
+  double first = textIndent;
+  if (declared.has(Property::textIndent)) first = declared.textIndent.of(fontSize);
+  if (declared.has(Property::firstLine)) first = declared.firstLine.of(fontSize);
+  paragraph->headIndent = boundedIndent(paragraph->headIndent + left);
+  paragraph->firstLineIndent = boundedIndent(paragraph->headIndent + first);
   if (declared.has(Property::marginRight)) {
-    paragraph->tailIndent += std::max(0.0, declared.marginRight.of(fontSize));
+    paragraph->tailIndent =
+        boundedIndent(paragraph->tailIndent + declared.marginRight.of(fontSize));
   }
 }
 
@@ -222,7 +225,8 @@ void spaceBy(const Source& source, double fontSize, NSParagraphStyle* paragraph)
   if (declared.lineHeight.unit == Length::Unit::times) {
     paragraph->lineHeightMultiple = declared.lineHeight.value;
   } else {
-    paragraph->minimumLineHeight = paragraph->maximumLineHeight = declared.lineHeight.value;
+    paragraph->minimumLineHeight = declared.lineHeight.value;
+    if (!declared.leastLineHeight) paragraph->maximumLineHeight = declared.lineHeight.value;
   }
 }
 
@@ -271,6 +275,7 @@ void Looks::apply(const Source& source, Level* level) {
   }
   if (source.tag == Tag::blockquote && paragraph.quoteLevel < 100) ++paragraph.quoteLevel;
   paragraph.preformatted = source.keepsWhiteSpace;
+  paragraph.tabStops = source.declarations->tabStops;
   setParagraph(std::move(paragraph), level);
 }
 

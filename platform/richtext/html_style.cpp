@@ -45,8 +45,10 @@ std::optional<double> number(Text text, size_t* end) {
   size_t at = 0;
   const bool negative = text.starts_with(u'-');
   if (negative || text.starts_with(u'+')) ++at;
-  double value = 0, place = 1;
-  bool digits = false, behindPoint = false;
+  constexpr int64_t kLargest = 1'000'000'000'000;
+  int64_t digits = 0;
+  double scale = 1;
+  bool hasDigits = false, behindPoint = false;
   for (; at < text.size(); ++at) {
     const char16_t c = text[at];
     if (c == u'.' && !behindPoint) {
@@ -54,16 +56,15 @@ std::optional<double> number(Text text, size_t* end) {
     } else if (c < u'0' || c > u'9') {
       break;
     } else {
-      digits = true;
-      if (behindPoint) {
-        value += (c - u'0') * (place /= 10);
-      } else {
-        value = std::min(value * 10 + (c - u'0'), 1e6);
-      }
+      hasDigits = true;
+      if (digits >= kLargest) continue;
+      digits = digits * 10 + (c - u'0');
+      if (behindPoint) scale *= 10;
     }
   }
   *end = at;
-  if (!digits) return {};
+  if (!hasDigits) return {};
+  const double value = std::min(static_cast<double>(digits) / scale, 1e6);
   return negative ? -value : value;
 }
 
@@ -136,10 +137,16 @@ bool parseWhiteSpace(Text value, Declarations* to) {
   return true;
 }
 
-bool parseHeight(Text value, Declarations* to) {
+bool parseMaxHeight(Text value, Declarations* to) {
   const auto height = length(value);
   to->noHeight = height && height->value == 0;
   return true;
+}
+
+// An image's height, and whether a block has none.
+bool parseHeight(Text value, Declarations* to) {
+  if (setLength(value, &to->imageHeight)) to->set |= 1u << static_cast<int>(Property::imageHeight);
+  return parseMaxHeight(value, to);
 }
 
 bool parseOverflow(Text value, Declarations* to) {
@@ -201,13 +208,17 @@ bool parseListStyle(Text value, Declarations* to) {
 
 // The first family of the list, without quotes; the generic ones as they are.
 bool parseFontFamily(Text value, Declarations* to) {
-  value = trimmed(value.substr(0, value.find(u',')));
-  while (!value.empty() && (value.front() == u'"' || value.front() == u'\'')) {
-    value.remove_prefix(1);
+  value = trimmed(value);
+  const bool isQuoted = !value.empty() && (value[0] == u'"' || value[0] == u'\'');
+  if (isQuoted) {
+    const char16_t mark = value[0];
+    while (!value.empty() && value.front() == mark) value.remove_prefix(1);
+    value = trimmed(value.substr(0, value.find(mark)));
+  } else {
+    value = trimmed(value.substr(0, value.find(u',')));
   }
-  while (!value.empty() && (value.back() == u'"' || value.back() == u'\'')) value.remove_suffix(1);
-  if (value.empty() || is(value, u"inherit") || is(value, u"initial")) return false;
-  to->fontFamily = NSString(value);
+  if (value.empty() || (!isQuoted && is(value, u"inherit"))) return false;
+  to->fontFamily = !isQuoted && is(value, u"initial") ? NSString() : NSString(value);
   return true;
 }
 
@@ -300,6 +311,18 @@ bool parseTextAlign(Text value, Declarations* to) {
 }
 
 bool parseLineHeight(Text value, Declarations* to) {
+  to->leastLineHeight = false;
+  if (is(value, u"normal")) {
+    to->lineHeight = {0, Length::Unit::times};
+    return true;
+  }
+  // "max(1.2em,14pt)": the line's own height, and no less than that.
+  if (is(value.substr(0, 4), u"max(") && value.ends_with(u')')) {
+    const size_t comma = value.rfind(u',');
+    to->leastLineHeight = comma != value.npos;
+    return comma != value.npos &&
+           setLength(value.substr(comma + 1, value.size() - comma - 2), &to->lineHeight);
+  }
   size_t end = 0;
   const auto times = number(value, &end);
   if (times && end == value.size()) {
@@ -307,6 +330,29 @@ bool parseLineHeight(Text value, Declarations* to) {
     return true;
   }
   return setLength(value, &to->lineHeight);
+}
+
+bool parseFirstLine(Text value, Declarations* to) { return setLength(value, &to->firstLine); }
+
+// "36pt left,72pt decimal"
+bool parseTabStops(Text value, Declarations* to) {
+  constexpr size_t kMostStops = 64;
+  to->tabStops.clear();
+  while (!value.empty() && to->tabStops.size() < kMostStops) {
+    const size_t comma = value.find(u',');
+    Text stop = value.substr(0, comma);
+    value.remove_prefix(comma == value.npos ? value.size() : comma + 1);
+    Length location;
+    if (!setLength(takeWord(&stop), &location)) return false;
+    NSTextTab tab{location.value, NSTextAlignment::left, false};
+    for (Text word = takeWord(&stop); !word.empty(); word = takeWord(&stop)) {
+      if (is(word, u"center")) tab.alignment = NSTextAlignment::center;
+      if (is(word, u"right")) tab.alignment = NSTextAlignment::right;
+      if (is(word, u"decimal")) tab.decimal = true;
+    }
+    to->tabStops.push_back(tab);
+  }
+  return true;
 }
 
 bool parseDirection(Text value, Declarations* to) {
@@ -360,6 +406,8 @@ struct PropertyRow {
 // Sorted by name.
 // clang-format off
 constexpr PropertyRow kProperties[] = {
+    {kFirstLineProperty,  Property::firstLine,     parseFirstLine,     false},
+    {kTabStopsProperty,   Property::tabStops,      parseTabStops,      false},
     {u"background",       Property::background,    parseBackground,    false},
     {u"background-color", Property::background,    parseBackground,    false},
     {u"border",           Property::border,        parseBorder,        false},
@@ -380,7 +428,7 @@ constexpr PropertyRow kProperties[] = {
     {u"margin-left",      Property::marginLeft,    parseMarginLeft,    false},
     {u"margin-right",     Property::marginRight,   parseMarginRight,   false},
     {u"margin-top",       Property::marginTop,     parseMarginTop,     true},
-    {u"max-height",       Property::height,        parseHeight,        true},
+    {u"max-height",       Property::height,        parseMaxHeight,     true},
     {u"opacity",          Property::opacity,       parseOpacity,       true},
     {u"overflow",         Property::overflow,      parseOverflow,      true},
     {u"padding-bottom",   Property::paddingBottom, parsePaddingBottom, false},
@@ -480,7 +528,11 @@ void Declarations::add(const Declarations& other) {
   if (take(Property::textAlign)) textAlign = other.textAlign;
   if (take(Property::lineHeight)) lineHeight = other.lineHeight;
   if (take(Property::direction)) rightToLeft = other.rightToLeft;
+  if (take(Property::lineHeight)) leastLineHeight = other.leastLineHeight;
   if (take(Property::width)) width = other.width;
+  if (take(Property::imageHeight)) imageHeight = other.imageHeight;
+  if (take(Property::firstLine)) firstLine = other.firstLine;
+  if (take(Property::tabStops)) tabStops = other.tabStops;
   if (take(Property::border)) border = other.border;
   set |= taken;
   important |= other.important & taken;

@@ -6,6 +6,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "platform/richtext/NSTextAttributes.h"
 #include "platform/richtext/html_layout.h"
@@ -41,6 +42,9 @@ enum class Property : uint8_t {
   direction,
   width,
   border,
+  imageHeight,
+  firstLine,  // these two are our writer's own
+  tabStops,
   count
 };
 
@@ -68,9 +72,11 @@ struct Declarations {
   bool transparent = false;
   NSString listStyle;  // "none", "disc", "decimal", ...
   Length marginTop, marginBottom, marginLeft, marginRight, paddingTop, paddingBottom, textIndent,
-      fontSize, lineHeight, width;
+      fontSize, lineHeight, width, imageHeight, firstLine;
+  bool leastLineHeight = false;  // lineHeight is a bound from below
+  std::vector<NSTextTab> tabStops;
   double border = 0;
-  NSString fontFamily;
+  NSString fontFamily;  // nil: the default one
   bool bold = false;
   bool italic = false;
   std::optional<NSColor> color, background;
@@ -87,6 +93,10 @@ struct Declarations {
   // Nothing of the element is shown.
   [[nodiscard]] bool hides() const;
 };
+
+// What CSS has no property for; browsers pass custom properties over.
+inline constexpr std::u16string_view kFirstLineProperty = u"--kelspar-first-line";
+inline constexpr std::u16string_view kTabStopsProperty = u"--kelspar-tab-stops";
 
 // Adds the declarations of `text`. With `layoutOnly` those that only change the look are passed
 // over. Unknown properties and values count as absent. Linear.
