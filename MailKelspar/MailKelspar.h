@@ -26,6 +26,23 @@ class MailKelspar {
   // and for a blob under 16 bytes.
   [[nodiscard]] static NSData rtfFromStoredBody(const NSData& blob);
 
+  // RTF as it is sent on.
+
+  // The RTF with the elements of `pictures` at its marks of attachments ("\objattph", MS-OXRTFEX),
+  // the first at the first mark and so on: data that is PNG or JPEG as a picture, a text as text;
+  // at anything else the mark stays. The argument itself when there is no mark. nil for nil.
+  // Linear. The readable sibling of EmailUtilities::buildRTFMessageContent, which puts images at
+  // the lines' beginnings.
+  [[nodiscard]] static NSData placePictures(const NSArray& pictures, const NSData& rtf);
+
+  // The RTF with the text as paragraphs of their own above what it shows; HTML that it
+  // encapsulates does not have them. The argument itself for the empty text and for what is no
+  // RTF. Linear.
+  [[nodiscard]] static NSData putText(const NSString& text, const NSData& rtf);
+
+  // An RTF document of plain text, a line a paragraph. nil for nil.
+  [[nodiscard]] static NSData rtfFromText(const NSString& text);
+
   // Headers. Values are the bytes behind the field name's colon, folded or not. Linear.
 
   // The text of an unstructured value or of a phrase (RFC 2047), with the repairs that mail needs:

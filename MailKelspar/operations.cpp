@@ -9,6 +9,9 @@ KELSPAR_OPERATIONS(MailKelspar) {
   mail.add("htmlFromEncapsulatedRTF:", &MailKelspar::htmlFromEncapsulatedRTF);
   mail.add("htmlDeclaringUTF8:", &MailKelspar::htmlDeclaringUTF8);
   mail.add("rtfFromStoredBody:", &MailKelspar::rtfFromStoredBody);
+  mail.add("placePictures:inRTF:", &MailKelspar::placePictures);
+  mail.add("putText:aboveRTF:", &MailKelspar::putText);
+  mail.add("rtfFromText:", &MailKelspar::rtfFromText);
   mail.add("decodeHeader:", &MailKelspar::decodeHeader);
   mail.add("parametersOfHeader:", &MailKelspar::parametersOfHeader);
   mail.add("addressesFromHeader:", &MailKelspar::addressesFromHeader);

@@ -11,10 +11,11 @@
 #include "RTFKelspar/RTFKelsparNSDataAdditions.h"
 #include "WebKelspar/WebKelspar.h"
 #include "host/attachment_files.h"
+#include "host/body_text.h"
 #include "host/files.h"
 #include "host/jobs.h"
 #include "host/json_text.h"
-#include "host/message_text.h"
+#include "host/message_html.h"
 #include "host/open_message.h"
 
 namespace kelspar::host {
@@ -29,15 +30,6 @@ bool isCompressedRTF(const NSData& input) {
 
 bool looksLikeRTF(const NSData& bytes) {
   return static_cast<bool>(RTFData::stringFromRTFData(bytes));
-}
-
-// Lines inside paragraphs are lines in a text file as well.
-std::string plainLines(const NSString& text) {
-  NSMutableString lines{text.view()};
-  lines.replaceOccurrences(u"\u2028", u"\n");
-  std::string utf8 = std::move(lines).copy().utf8();
-  if (!utf8.empty() && utf8.back() != '\n') utf8 += '\n';
-  return utf8;
 }
 
 // A body with the attachments of the command line in place.
@@ -71,7 +63,22 @@ std::string converted(const NSData& rtf, const ConvertOptions& options, const st
               : WebKelspar::htmlFromRTFData(rtf).utf8();
 }
 
-bool isBody(const NSData& input) { return isCompressedRTF(input) || looksLikeRTF(input); }
+std::string convertedHTML(const NSString& html, const ConvertOptions& options,
+                          const std::string& name) {
+  if (options.to == "text") return linesOfHTML(html);
+  if (options.to == "rtf")
+    return std::string(MailKelspar::rtfFromText(NSString(linesOfHTML(html))).chars());
+  if (options.to == "html") return safePage(html);
+  return pdfOf(NSAttributedString::initWithHTML(NSData(html.utf8())), nil, options.pdf, name);
+}
+
+std::string convertedBody(const NSData& input, const std::string& name,
+                          const ConvertOptions& options) {
+  if (options.to == "json") throw Failure(kInputFailed, name + ": is no message");
+  const bool isRTF = options.colours || isCompressedRTF(input) || looksLikeRTF(input);
+  if (isRTF || !isHTMLInput(input, name)) return converted(rtfOf(input, name), options, name);
+  return convertedHTML(htmlOfInput(input, options.charset), options, name);
+}
 
 std::string shown(const std::vector<std::shared_ptr<Message>>& messages,
                   const ConvertOptions& options, const std::string& name) {
@@ -219,7 +226,7 @@ NSData rtfOf(const NSData& input, const std::string& name) {
   if (input.isEmpty()) throw Failure(kInputFailed, name + ": is empty");
   if (!isCompressedRTF(input)) {
     if (looksLikeRTF(input)) return input;
-    throw Failure(kInputFailed, name + ": is neither compressed RTF nor RTF");
+    throw Failure(kInputFailed, name + ": is neither a message, HTML, RTF nor compressed RTF");
   }
   const NSData rtf = MailKelspar::rtfFromStoredBody(input);
   if (!rtf) throw Failure(kInputFailed, name + ": is too short for compressed RTF");
@@ -231,12 +238,7 @@ NSData rtfOf(const NSData& input, const std::string& name) {
 
 std::string convertedInput(const NSData& input, const std::string& name,
                            const ConvertOptions& options) {
-  if (options.colours || !promisesMessages(input, name)) {
-    if (options.to == "json" && !isBody(input)) {
-      throw Failure(kInputFailed, name + ": is no message");
-    }
-    return converted(rtfOf(input, name), options, name);
-  }
+  if (options.colours || !promisesMessages(input, name)) return convertedBody(input, name, options);
   const auto messages = openMessages(input, name, {.charset = options.charset});
   if (messages.empty()) {
     throw Failure(kInputFailed, name + ": is damaged: no message can be read from it");

@@ -303,7 +303,7 @@ bool looksLikeEML(const NSData& bytes) {
   std::string_view text = bytes.chars().substr(0, 1000);
   if (text.starts_with("\xEF\xBB\xBF")) text.remove_prefix(3);
   const size_t colon = text.find(':');
-  if (colon == 0 || colon == text.npos) return false;
+  if (colon == 0 || colon == text.npos || text.front() == '<') return false;
   return std::ranges::all_of(text.substr(0, colon), [](char c) { return c > ' ' && c < 127; });
 }
 

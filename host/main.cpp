@@ -35,7 +35,7 @@ void addPages(CLI::App* command, ConvertOptions& options, std::vector<std::strin
 void addConvert(CLI::App& app, ConvertOptions& options, std::string& zone, int& status) {
   CLI::App* command = app.add_subcommand(
       "convert",
-      "Convert messages (.msg, .eml, mbox, winmail.dat) or stored bodies (compressed RTF, RTF), "
+      "Convert messages (.msg, .eml, mbox, winmail.dat) or bodies (HTML, RTF, compressed RTF), "
       "told by their content");
   command->add_option("INPUT", options.inputs, "Files to read, \"-\" for standard input")
       ->required();
@@ -59,6 +59,19 @@ void addConvert(CLI::App& app, ConvertOptions& options, std::string& zone, int& 
   command->callback([&options, &zone, &status, attachments] {
     setTimeZone(zone);
     options.pdf.attachments = givenAttachments(*attachments);
+    status = convert(options);
+  });
+}
+
+void addText(CLI::App& app, ConvertOptions& options, int& status) {
+  CLI::App* command = app.add_subcommand(
+      "text", "Print the text of messages, HTML, RTF or compressed RTF, without header blocks");
+  command->add_option("INPUT", options.inputs, "Files to read; standard input without any");
+  command->add_option("-o,--output", options.output, "File to write, instead of standard output");
+  command->add_option("--charset", options.charset, "Charset of bodies whose label lies");
+  command->callback([&options, &status] {
+    options.noHeader = true;
+    if (options.inputs.empty()) options.inputs.emplace_back("-");
     status = convert(options);
   });
 }
@@ -172,7 +185,7 @@ int main(int argc, char** argv) {
   app.set_version_flag("--version", "kelspar " KELSPAR_VERSION);
   app.require_subcommand(1);
   app.footer(kFooter);
-  ConvertOptions convertOptions;
+  ConvertOptions convertOptions, textOptions;
   ColoursOptions coloursOptions;
   DateOptions dateOptions;
   MimeTextOptions headerOptions, addressOptions;
@@ -183,6 +196,7 @@ int main(int argc, char** argv) {
   std::string zone;
   int status = 0;
   addConvert(app, convertOptions, zone, status);
+  addText(app, textOptions, status);
   addInfo(app, infoOptions, zone, status);
   addStream(app, streamOptions, status);
   addColours(app, coloursOptions);

@@ -222,6 +222,9 @@ Attachment attachmentFrom(const MapiProperties& properties) {
   attachment.bytes = properties.bytes(kMapiAttachData);
   attachment.isInline = (properties.number(kMapiAttachFlags) & kRelatedToBody) != 0 ||
                         (properties.number(kMapiAttachmentHidden) & 1) != 0;
+  if (properties.has(kMapiRenderingPosition)) {
+    attachment.position = properties.number(kMapiRenderingPosition);
+  }
   return attachment;
 }
 

@@ -56,6 +56,7 @@ enum MapiIdentifier : uint16_t {
   kMapiAttachFilename = 0x3704,
   kMapiAttachMethod = 0x3705,
   kMapiAttachLongFilename = 0x3707,
+  kMapiRenderingPosition = 0x370B,
   kMapiAttachMediaType = 0x370E,
   kMapiAttachContentIdentifier = 0x3712,
   kMapiAttachContentLocation = 0x3713,

@@ -16,13 +16,17 @@ struct Mailbox {
   NSString address;  // as it stands in the message; a directory name in messages never sent
 };
 
+// Where an RTF body shows an attachment: positions ascend with the marks.
+inline constexpr uint32_t kNoPosition = 0xFFFFFFFF;
+
 struct Attachment {
   NSString name;       // as the sender has it: never to be used as a path
   NSString mediaType;  // "image/png"; nil: not stated
   NSString contentIdentifier;
   NSString contentLocation;
   NSData bytes;
-  bool isInline = false;             // its disposition or its flags say so
+  bool isInline = false;  // its disposition or its flags say so
+  uint32_t position = kNoPosition;
   std::shared_ptr<Message> message;  // an attached message that could be opened
 };
 

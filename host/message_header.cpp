@@ -59,6 +59,12 @@ std::string isoDate(const NSDate& date) {
   return {text, strftime(text, sizeof text, "%Y-%m-%dT%H:%M:%SZ", &fields)};
 }
 
+std::string nameOf(const Attachment& attachment) {
+  std::string name = line(attachment.name);
+  if (name.empty() && attachment.message) name = line(attachment.message->subject);
+  return name.empty() ? "unnamed" : name;
+}
+
 std::vector<std::pair<std::string, std::string>> headerLines(const Message& message) {
   std::vector<std::pair<std::string, std::string>> lines;
   addMailboxes("From", message.from, &lines);
@@ -70,10 +76,7 @@ std::vector<std::pair<std::string, std::string>> headerLines(const Message& mess
   if (!message.subject.isEmpty()) lines.emplace_back("Subject", line(message.subject));
   std::string files;
   for (const Attachment& attachment : message.attachments) {
-    std::string name = line(attachment.name);
-    if (name.empty()) name = attachment.message ? line(attachment.message->subject) : "";
-    if (name.empty()) name = "unnamed";
-    files += (files.empty() ? "" : ", ") + name;
+    files += (files.empty() ? "" : ", ") + nameOf(attachment);
     if (attachment.bytes) {
       const auto size = static_cast<double>(attachment.bytes.length());
       files += " (" + BitKelspar::formatSize(size).utf8() + ")";

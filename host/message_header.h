@@ -13,4 +13,8 @@ namespace kelspar::host {
 // UTF-8, each on one line.
 [[nodiscard]] std::vector<std::pair<std::string, std::string>> headerLines(const Message& message);
 
+// What an attachment is called, on one line: by its name, by the subject of the message that it is,
+// "unnamed".
+[[nodiscard]] std::string nameOf(const Attachment& attachment);
+
 }  // namespace kelspar::host

@@ -170,6 +170,7 @@ class Reader {
  private:
   struct Part {
     NSData title, data;
+    uint32_t position = kNoPosition;
     MapiProperties properties;
   };
 
@@ -204,6 +205,8 @@ class Reader {
         break;
       case kRenderData:
         parts_.emplace_back();
+        // A kind, the position, a size, flags (MS-OXTNEF 2.1.3.3.15).
+        if (value.length() >= 6) part().position = BitKelspar::readU32FromData(value, 2);
         break;
       case kAttachTitle:
         part().title = value;
@@ -294,6 +297,7 @@ class Reader {
     Attachment attachment = attachmentFrom(part->properties);
     if (attachment.name.isEmpty() && part->title) attachment.name = text(part->title);
     if (!attachment.bytes) attachment.bytes = part->data;
+    if (attachment.position == kNoPosition) attachment.position = part->position;
     openMessage(*part, &attachment);
     message_->attachments.push_back(std::move(attachment));
   }

@@ -107,6 +107,26 @@ class CommandLine(unittest.TestCase):
     def test_folder_as_input(self):
         self.assert_fails(run('convert', self.path), 1, 'Is a directory')
 
+    def test_html_inputs(self):
+        page = self.path / 'page.htm'
+        page.write_bytes('<meta charset=koi8-r><h1>а</h1><script>x()</script><p>b'.encode('koi8-r'))
+        self.assertEqual(run('convert', page).stdout.decode(), 'а\n\nb\n')
+        html = run('convert', page, '--to', 'html').stdout.decode()
+        self.assertIn('<h1>а</h1>', html)
+        self.assertNotIn('x()', html)
+        self.assertTrue(run('convert', page, '--to', 'rtf').stdout.startswith(b'{\\rtf1'))
+        self.assertTrue(run('convert', page, '--to', 'pdf').stdout.startswith(b'%PDF-'))
+        self.assert_fails(run('convert', page, '--to', 'json'), 1, 'is no message')
+
+    def test_text_of_anything(self):
+        for content, text in [(b'{\\rtf1 one\\par two}', 'one\ntwo\n'), (b'<p>one<p>two', 'one\n\ntwo\n'),
+                              (b'Subject: s\n\none\n', 'one\n'),
+                              (self.sample.read_bytes(), run('convert', self.sample).stdout.decode())]:
+            self.assertEqual(run('text', stdin=content).stdout.decode(), text)
+        self.assertEqual(run('text', self.mail(), self.mail()).stdout, b'Hello there\n' * 2)
+        self.assert_fails(run('text', stdin=b'hello'), 1, 'standard input', 'neither')
+        self.assertEqual(run('text', '--charset', 'koi8-r', stdin=b'<p>\xc1').stdout.decode(), 'а\n')
+
     def test_rtf_without_html(self):
         self.assert_fails(run('convert', '-', '--to', 'html', stdin=b'no mail at all'), 1, 'standard input')
 
@@ -254,7 +274,7 @@ class CommandLine(unittest.TestCase):
         html = run('convert', self.mail(), '--to', 'html').stdout.decode()
         self.assertIn('<p>Hello <b>there</b>', html)
         self.assertIn('src="data:image/png;base64,iVBORw0KGgo="', html)
-        self.assertIn('1 remote contents', html)
+        self.assertIn('1 remote content<', html)
         self.assertNotIn('bad()', html)
         self.assertNotIn('e.org/x', html)
 

@@ -1,0 +1,97 @@
+// Pages: HTML bodies made safe, RTF bodies by the HTML writer, plain ones as they are.
+#include "host/message_html.h"
+
+#include "MailKelspar/MailKelspar.h"
+#include "WebKelspar/WebKelspar.h"
+#include "host/inline_images.h"
+#include "host/message_header.h"
+#include "host/open_message.h"
+#include "host/rtf_pictures.h"
+
+namespace kelspar::host {
+
+namespace {
+
+struct SafeHTML {
+  std::string text;
+  uint64_t removed = 0;
+};
+
+SafeHTML madeSafe(const NSString& html) {
+  const NSDictionary safe = MailKelspar::safeHTML(html);
+  return {safe.objectForKey<NSString>(u"html").utf8(),
+          safe.objectForKey<NSNumber>(u"removed").unsignedLongValue()};
+}
+
+std::string row(const std::string& name, const std::string& value) {
+  return "<tr><th align=\"left\" valign=\"top\">" + name + "</th><td>" + escapedHTML(value) +
+         "</td></tr>\n";
+}
+
+std::string headerTable(const Message& message, uint64_t removed) {
+  std::string rows;
+  for (const auto& [name, value] : headerLines(message)) rows += row(name, value);
+  if (removed > 0) {
+    rows += row("Removed",
+                std::to_string(removed) + (removed == 1 ? " remote content" : " remote contents"));
+  }
+  return rows.empty() ? "" : "<table>\n" + rows + "</table>\n<hr>\n";
+}
+
+}  // namespace
+
+std::string escapedHTML(std::string_view text) {
+  std::string html;
+  for (const char c : text) {
+    switch (c) {
+      case '&':
+        html += "&amp;";
+        break;
+      case '<':
+        html += "&lt;";
+        break;
+      case '>':
+        html += "&gt;";
+        break;
+      case '"':
+        html += "&quot;";
+        break;
+      case '\r':
+      case '\0':
+        break;
+      default:
+        html += c;
+    }
+  }
+  return html;
+}
+
+std::string pageOf(const NSString& title, const std::string& body) {
+  return "<!DOCTYPE html>\n<html>\n<head>\n<meta charset=\"utf-8\">\n<title>" +
+         escapedHTML(title.utf8()) + "</title>\n</head>\n<body>\n" + body + "</body>\n</html>\n";
+}
+
+std::string bodyHTML(const Message& message, uint64_t* removed) {
+  const BestBody best = bestBodyOf(message);
+  if (best.html) {
+    const SafeHTML safe = madeSafe(withLocationsAsIdentifiers(message, best.html));
+    *removed = safe.removed;
+    return withInlineImages(message, safe.text) + "\n";
+  }
+  if (best.kind == "rtf") {
+    const NSString html = WebKelspar::htmlFromRTFData(withPicturesInPlace(message));
+    return madeSafe(html).text + "\n";
+  }
+  return "<div style=\"white-space: pre-wrap\">" + escapedHTML(textOf(message, {.header = false})) +
+         "</div>\n";
+}
+
+std::string htmlOf(const Message& message, const ShowOptions& options) {
+  uint64_t removed = 0;
+  const std::string body = bodyHTML(message, &removed);
+  return pageOf(message.subject, (options.header ? headerTable(message, removed) : "") + body);
+}
+
+std::string safePage(const NSString& html) { return pageOf(nil, madeSafe(html).text + "\n"); }
+
+}  // namespace kelspar::host
