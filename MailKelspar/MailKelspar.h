@@ -22,8 +22,8 @@ class MailKelspar {
   [[nodiscard]] static NSString htmlDeclaringUTF8(const NSString& html);
 
   // The RTF bytes of a stored body: compressed ("LZFu") or, unlike `getRTFForData`, stored as it is
-  // ("MELA"; what stands behind the 16-byte header, cut to the raw size). nil for anything else,
-  // and for a blob under 16 bytes.
+  // ("MELA"; what stands behind the 16-byte header, cut to the raw size). At most eight times as
+  // long as the blob. nil for anything else, and for a blob under 16 bytes.
   [[nodiscard]] static NSData rtfFromStoredBody(const NSData& blob);
 
   // RTF as it is sent on.

@@ -16,6 +16,8 @@ void appendText(std::u16string_view text, std::string* rtf) {
   for (const char16_t c : text) {
     if (c == u'\n' || c == u'\u2028') {
       *rtf += "\\par\n";
+    } else if (c == u'\f') {
+      *rtf += "\\page\n";
     } else if (c == u'\t') {
       *rtf += "\\tab ";
     } else if (c == u'\\' || c == u'{' || c == u'}') {

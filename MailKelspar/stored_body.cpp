@@ -12,7 +12,11 @@ NSData MailKelspar::rtfFromStoredBody(const NSData& blob) {
   constexpr int64_t kUncompressed = 0x414C454D;  // "MELA"
   if (blob.length() < kHeaderSize) return nil;
   if (RTFKelspar::convertToLongLong(blob.bytes() + kTypeAt) != kUncompressed) {
-    return RTFKelsparNSDataAdditions::getRTFForData(blob);
+    // Eight references of two bytes and their flags give at most 8 x 17 bytes: behind eight times
+    // the input there is nothing, whatever raw size it claims.
+    const NSData rtf = RTFKelsparNSDataAdditions::getRTFForData(blob);
+    const size_t most = 8 * blob.length();
+    return rtf.length() > most ? rtf.subdata(0, most) : rtf;
   }
   // Raw sizes that count the header, too, or more, exist: what is there counts.
   const int64_t rawSize = RTFKelspar::convertToLongLong(blob.bytes() + kRawSizeAt);

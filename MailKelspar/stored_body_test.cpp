@@ -27,6 +27,13 @@ TEST(StoredBody, CompressedIsDecoded) {
             NSData("abc"sv));
 }
 
+TEST(StoredBody, SizesThatNoStreamReachesAreCut) {
+  const NSData blob = stored("\xFF\xFF\xFF\x3F"sv, "LZFu", "\0abc"sv);
+  const NSData rtf = MailKelspar::rtfFromStoredBody(blob);
+  EXPECT_EQ(rtf.length(), 8 * blob.length());
+  EXPECT_TRUE(rtf.chars().starts_with("abc\0"sv));
+}
+
 TEST(StoredBody, AnythingElseIsNil) {
   EXPECT_FALSE(MailKelspar::rtfFromStoredBody(nil));
   EXPECT_FALSE(MailKelspar::rtfFromStoredBody(NSData("{\\rtf1 plain RTF}"sv)));

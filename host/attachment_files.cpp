@@ -68,7 +68,11 @@ bool writeNew(const std::string& path, std::string_view bytes) {
     }
     bytes.remove_prefix(static_cast<size_t>(written));
   }
-  if (::close(file) != 0) throw fail();
+  if (::close(file) != 0) {
+    const Failure failure = fail();
+    ::unlink(path.c_str());
+    throw failure;
+  }
   return true;
 }
 

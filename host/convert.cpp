@@ -80,30 +80,19 @@ std::string convertedBody(const NSData& input, const std::string& name,
   return convertedHTML(htmlOfInput(input, options.charset), options, name);
 }
 
-std::string shown(const std::vector<std::shared_ptr<Message>>& messages,
-                  const ConvertOptions& options, const std::string& name) {
+std::string shown(const Messages& messages, const ConvertOptions& options,
+                  const std::string& name) {
   const ShowOptions show{.header = !options.noHeader};
   if (options.to == "json") {
     const std::string list =
         jsonArray(messages, [](const auto& message) { return jsonOf(*message); });
     return (messages.size() == 1 ? list.substr(1, list.size() - 2) : list) + "\n";
   }
-  if (options.to == "rtf" || options.to == "pdf") {
-    if (messages.size() != 1) {
-      throw Failure(kInputFailed, name + ": several messages cannot become one document");
-    }
-    if (options.to == "rtf") return rtfOf(*messages.front(), show);
-    const NSData html(htmlOf(*messages.front(), show));
-    return pdfOf(NSAttributedString::initWithHTML(html), messages.front()->subject, options.pdf,
-                 name);
-  }
-  std::string output;
-  for (const auto& message : messages) {
-    // Messages of one file stand apart by a form feed, pages by their own document type.
-    if (!output.empty() && options.to == "text") output += "\f\n";
-    output += options.to == "html" ? htmlOf(*message, show) : textOf(*message, show);
-  }
-  return output;
+  if (options.to == "text") return textOf(messages, show);
+  if (options.to == "html") return htmlOf(messages, show);
+  if (options.to == "rtf") return rtfOf(messages, show);
+  return pdfOf(NSAttributedString::initWithHTML(NSData(htmlOf(messages, show))),
+               messages.front()->subject, options.pdf, name);
 }
 
 struct Result {

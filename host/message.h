@@ -48,6 +48,9 @@ struct Message {
   std::vector<std::string> faults;
 };
 
+// What one file holds.
+using Messages = std::vector<std::shared_ptr<Message>>;
+
 // What the command line says about reading.
 struct ReadOptions {
   std::string charset;  // overrides labels of bodies and headers; empty: none

@@ -86,10 +86,19 @@ std::string bodyHTML(const Message& message, uint64_t* removed) {
          "</div>\n";
 }
 
+std::string htmlOf(const Messages& messages, const ShowOptions& options) {
+  std::string bodies;
+  for (const auto& message : messages) {
+    uint64_t removed = 0;
+    const std::string body = bodyHTML(*message, &removed);
+    if (!bodies.empty()) bodies += "<hr>\n";
+    bodies += (options.header ? headerTable(*message, removed) : "") + body;
+  }
+  return pageOf(messages.empty() ? nil : messages.front()->subject, bodies);
+}
+
 std::string htmlOf(const Message& message, const ShowOptions& options) {
-  uint64_t removed = 0;
-  const std::string body = bodyHTML(message, &removed);
-  return pageOf(message.subject, (options.header ? headerTable(message, removed) : "") + body);
+  return htmlOf({std::make_shared<Message>(message)}, options);
 }
 
 std::string safePage(const NSString& html) { return pageOf(nil, madeSafe(html).text + "\n"); }

@@ -34,6 +34,15 @@ std::string textOf(const Message& message, const ShowOptions& options) {
   return (options.header ? headerText(message) : "") + bodyText(message);
 }
 
+std::string textOf(const Messages& messages, const ShowOptions& options) {
+  std::string texts;
+  for (const auto& message : messages) {
+    if (!texts.empty()) texts += "\f\n";
+    texts += textOf(*message, options);
+  }
+  return texts;
+}
+
 std::string rtfOf(const Message& message, const ShowOptions& options) {
   if (!message.rtf) {
     return std::string(MailKelspar::rtfFromText(NSString(textOf(message, options))).chars());
@@ -41,6 +50,11 @@ std::string rtfOf(const Message& message, const ShowOptions& options) {
   NSData rtf = withPicturesInPlace(message);
   if (options.header) rtf = MailKelspar::putText(NSString(headerText(message)), rtf);
   return std::string(rtf.chars());
+}
+
+std::string rtfOf(const Messages& messages, const ShowOptions& options) {
+  if (messages.size() == 1) return rtfOf(*messages.front(), options);
+  return std::string(MailKelspar::rtfFromText(NSString(textOf(messages, options))).chars());
 }
 
 }  // namespace kelspar::host

@@ -17,6 +17,10 @@ struct ShowOptions {
 [[nodiscard]] std::string textOf(const Message& message, const ShowOptions& options);
 [[nodiscard]] std::string htmlOf(const Message& message, const ShowOptions& options);
 [[nodiscard]] std::string rtfOf(const Message& message, const ShowOptions& options);
+// Several messages in one: apart by form feeds, by rules, by pages. The RTF of one is its own.
+[[nodiscard]] std::string textOf(const Messages& messages, const ShowOptions& options);
+[[nodiscard]] std::string htmlOf(const Messages& messages, const ShowOptions& options);
+[[nodiscard]] std::string rtfOf(const Messages& messages, const ShowOptions& options);
 // One line, without the line feed.
 [[nodiscard]] std::string jsonOf(const Message& message);
 

@@ -33,7 +33,8 @@ void startLibrary() {
   static std::once_flag once;
   std::call_once(once, [] {
     gsf_init();
-    for (const char* domain : {"libgsf", "libgsf:msole", "GLib-GObject"}) {
+    // It speaks without a domain as well.
+    for (const char* domain : {"libgsf", "libgsf:msole", "GLib-GObject", ""}) {
       g_log_set_handler(domain, static_cast<GLogLevelFlags>(G_LOG_LEVEL_MASK & ~G_LOG_LEVEL_ERROR),
                         beSilent, nullptr);
     }

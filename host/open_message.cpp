@@ -30,8 +30,8 @@ NSData withoutByteCount(const NSData& bytes) {
   return bytes.subdata(lineEnd + 1, count);
 }
 
-std::vector<std::shared_ptr<Message>> oneOrNone(std::shared_ptr<Message> message) {
-  std::vector<std::shared_ptr<Message>> list;
+Messages oneOrNone(std::shared_ptr<Message> message) {
+  Messages list;
   if (message) list.push_back(std::move(message));
   return list;
 }
@@ -43,13 +43,12 @@ bool promisesMessages(const NSData& bytes, const std::string& name) {
                               looksLikeEML(bytes) || isNamedEML(name));
 }
 
-std::vector<std::shared_ptr<Message>> openMessages(const NSData& bytes, const std::string& name,
-                                                   const ReadOptions& options) {
+Messages openMessages(const NSData& bytes, const std::string& name, const ReadOptions& options) {
   if (!promisesMessages(bytes, name)) return {};
   if (isCompoundFile(bytes)) return oneOrNone(readMSG(bytes, options));
   if (isTNEF(bytes)) return oneOrNone(readTNEF(bytes, options));
   if (!isMbox(bytes)) return oneOrNone(readEML(withoutByteCount(bytes), options));
-  std::vector<std::shared_ptr<Message>> messages;
+  Messages messages;
   for (const NSData& each : messagesOfMbox(bytes)) {
     if (auto message = readEML(each, options)) messages.push_back(std::move(message));
   }

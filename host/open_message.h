@@ -7,9 +7,8 @@ namespace kelspar::host {
 
 // The file's messages; more than one for an mbox. Empty when the bytes are none of these formats
 // or nothing of one could be read. `name` helps with text that could be anything: files ".eml".
-[[nodiscard]] std::vector<std::shared_ptr<Message>> openMessages(const NSData& bytes,
-                                                                 const std::string& name,
-                                                                 const ReadOptions& options);
+[[nodiscard]] Messages openMessages(const NSData& bytes, const std::string& name,
+                                    const ReadOptions& options);
 
 // Whether the bytes, or the name, promise messages, damaged or not.
 [[nodiscard]] bool promisesMessages(const NSData& bytes, const std::string& name);

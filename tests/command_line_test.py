@@ -325,6 +325,11 @@ class CommandLine(unittest.TestCase):
         records = json.loads(run('convert', folder, '--to', 'json').stdout)
         self.assertEqual([r['subject'] for r in records], ['1', '2'])
         self.assertEqual(records[0]['text'], 'one\nFrom x\n')
+        self.assertEqual(run('text', folder).stdout, b'one\nFrom x\n\x0c\ntwo\n')
+        html = run('convert', folder, '--to', 'html', '--no-header').stdout
+        self.assertEqual((html.count(b'<html>'), html.count(b'<hr>')), (1, 1))
+        self.assertIn(b'\\page', run('convert', folder, '--to', 'rtf').stdout)
+        self.assertTrue(run('convert', folder, '--to', 'pdf').stdout.startswith(b'%PDF-'))
 
     def test_stream_keeps_the_order(self):
         paths = [self.mail(f'{i}.eml') for i in range(20)]
