@@ -6,6 +6,7 @@
 
 #include "MailKelspar/MailKelspar.h"
 #include "MailKelspar/header_words.h"
+#include "platform/foundation/hex.h"
 
 namespace kelspar {
 
@@ -25,12 +26,6 @@ std::string lowerCase(std::string_view text) {
   std::string lower(text);
   for (char& c : lower) c = c >= 'A' && c <= 'Z' ? static_cast<char>(c | 0x20) : c;
   return lower;
-}
-
-int hexValue(char c) {
-  if (c >= '0' && c <= '9') return c - '0';
-  c |= 0x20;
-  return c >= 'a' && c <= 'f' ? c - 'a' + 10 : -1;
 }
 
 // The place behind the quoted string that begins at `at`; what is inside, unescaped, to `*content`.

@@ -4,6 +4,7 @@
 #include <algorithm>
 
 #include "MailKelspar/MailKelspar.h"
+#include "platform/foundation/hex.h"
 
 namespace kelspar {
 
@@ -14,12 +15,6 @@ namespace {
 constexpr size_t kLongestCharset = 75;  // a whole word's limit by RFC 2047, 2
 
 bool isBlank(char c) { return c == ' ' || c == '\t' || c == '\r' || c == '\n'; }
-
-int hexValue(char c) {
-  if (c >= '0' && c <= '9') return c - '0';
-  c |= 0x20;
-  return c >= 'a' && c <= 'f' ? c - 'a' + 10 : -1;
-}
 
 void appendQ(std::string_view content, std::string* bytes) {
   for (size_t i = 0; i < content.size(); ++i) {

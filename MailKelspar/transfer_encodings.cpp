@@ -1,55 +1,17 @@
 // Transfer encodings of bodies, bytes to bytes (RFC 2045, 6), and uuencode.
 #include <algorithm>
-#include <array>
+#include <cstdlib>
+#include <new>
 #include <string>
 
 #include "MailKelspar/MailKelspar.h"
+#include "platform/foundation/base64.h"
+#include "platform/foundation/hex.h"
+#include "platform/foundation/scan.h"
 
 namespace kelspar {
 
 namespace {
-
-constexpr uint8_t kForeign = 0xFF, kPadding = 0xFE;
-
-constexpr std::array<uint8_t, 256> kSextets = [] {
-  std::array<uint8_t, 256> table{};
-  table.fill(kForeign);
-  constexpr std::string_view alphabet =
-      "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
-  for (size_t i = 0; i < alphabet.size(); ++i) {
-    table[static_cast<uint8_t>(alphabet[i])] = static_cast<uint8_t>(i);
-  }
-  table['='] = kPadding;
-  return table;
-}();
-
-std::string fromBase64(std::string_view text) {
-  std::string bytes;
-  bytes.reserve(text.size() / 4 * 3 + 3);
-  uint32_t bits = 0;
-  int count = 0;
-  for (const char c : text) {
-    const uint8_t sextet = kSextets[static_cast<uint8_t>(c)];
-    if (sextet == kForeign) continue;
-    if (sextet == kPadding) {
-      bits = count = 0;  // what is left over are no bytes; another text may follow
-      continue;
-    }
-    bits = bits << 6 | sextet;
-    count += 6;
-    if (count < 8) continue;
-    count -= 8;
-    bytes += static_cast<char>(bits >> count);
-    bits &= (1u << count) - 1;
-  }
-  return bytes;
-}
-
-int hexValue(char c) {
-  if (c >= '0' && c <= '9') return c - '0';
-  c |= 0x20;
-  return c >= 'a' && c <= 'f' ? c - 'a' + 10 : -1;
-}
 
 // The length of a soft line break at `at`, where "=" stands: blanks may follow it. 0: there is
 // none.
@@ -62,29 +24,25 @@ size_t softBreakAt(std::string_view text, size_t at) {
   return end + 1 - at + (end + 1 < text.size() && text[end + 1] == '\n');
 }
 
-std::string fromQuotedPrintable(std::string_view text) {
-  std::string bytes;
-  bytes.reserve(text.size());
-  size_t at = 0;
-  while (at < text.size()) {
-    const size_t escape = std::min(text.find('=', at), text.size());
-    bytes.append(text.substr(at, escape - at));
+NSData fromQuotedPrintable(std::string_view text) {
+  auto* const bytes = static_cast<char*>(std::malloc(text.size() + scan::kCopySlack));
+  if (!bytes) throw std::bad_alloc();
+  char* to = bytes;
+  for (size_t at = 0; at < text.size();) {
+    const size_t escape = scan::copyUntil(text, at, '=', to);
+    to += escape - at;
     at = escape;
-    if (at == text.size()) break;
-    if (at + 2 < text.size() && hexValue(text[at + 1]) >= 0 && hexValue(text[at + 2]) >= 0) {
-      bytes += static_cast<char>(hexValue(text[at + 1]) << 4 | hexValue(text[at + 2]));
+    const int byte = at + 2 < text.size() ? hexByte(&text[at + 1]) : -1;
+    if (byte >= 0) {
+      *to++ = static_cast<char>(byte);
       at += 3;
-    } else if (at + 3 == text.size() && hexValue(text[at + 1]) >= 0 &&
-               hexValue(text[at + 2]) >= 0) {
-      bytes += static_cast<char>(hexValue(text[at + 1]) << 4 | hexValue(text[at + 2]));
-      at += 3;
-    } else if (const size_t length = softBreakAt(text, at); length > 0) {
-      at += length;
-    } else {
-      bytes += text[at++];
+    } else if (at < text.size()) {
+      const size_t length = softBreakAt(text, at);
+      if (length == 0) *to++ = '=';
+      at += std::max<size_t>(length, 1);
     }
   }
-  return bytes;
+  return NSData::adoptingMalloc(reinterpret_cast<uint8_t*>(bytes), static_cast<size_t>(to - bytes));
 }
 
 void appendUULine(std::string_view line, std::string* bytes) {
@@ -129,8 +87,8 @@ NSData MailKelspar::decodeTransfer(const NSData& body, const NSString& encoding)
   std::string name = encoding.utf8();
   std::erase_if(name, [](char c) { return c == ' ' || c == '\t' || c == '\r' || c == '\n'; });
   for (char& c : name) c = c >= 'A' && c <= 'Z' ? static_cast<char>(c | 0x20) : c;
-  if (name == "base64") return NSData(fromBase64(body.chars()));
-  if (name == "quoted-printable") return NSData(fromQuotedPrintable(body.chars()));
+  if (name == "base64") return base64::decodeLenient(body.chars(), base64::AtPadding::goOn);
+  if (name == "quoted-printable") return fromQuotedPrintable(body.chars());
   if (name == "x-uuencode" || name == "uuencode" || name == "x-uue") {
     return NSData(fromUU(body.chars()));
   }

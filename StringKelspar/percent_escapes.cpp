@@ -2,17 +2,12 @@
 #include <optional>
 
 #include "StringKelspar/StringKelsparNSStringAdditions.h"
+#include "platform/foundation/hex.h"
 #include "platform/foundation/scan.h"
 
 namespace kelspar::StringKelsparNSStringAdditions {
 
 namespace {
-
-constexpr int hexValue(char c) {
-  if (c >= '0' && c <= '9') return c - '0';
-  const char lower = static_cast<char>(c | 0x20);
-  return lower >= 'a' && lower <= 'f' ? lower - 'a' + 10 : -1;
-}
 
 constexpr bool isBlank(char c) { return c == ' ' || (c >= '\t' && c <= '\r'); }
 

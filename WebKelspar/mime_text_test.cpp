@@ -1,4 +1,4 @@
-// Charset labels, transfer decodings, encoded words, HTML to text and back.
+// Charset labels, encoded words, HTML to text and back.
 #include <gtest/gtest.h>
 
 #include <random>
@@ -24,25 +24,6 @@ TEST(CharsetLabels, Resolve) {
         u"koi8-u", u"shift_jis", u"euc-kr", u"big5", u"gb2312", u"gb18030"}) {
     EXPECT_NE(getCharacterEncodingFromMime(label), NSUTF8StringEncoding) << NSString(label);
   }
-}
-
-TEST(TransferDecodings, Give) {
-  const auto quoted = [](const char16_t* text) {
-    return quotedPrintableDecodeWithEncoding(text, NSUTF8StringEncoding);
-  };
-  EXPECT_EQ(quoted(u"caf=C3=A9"), u"café");
-  EXPECT_EQ(quoted(u"100% =3D"), u"100% =");
-  EXPECT_EQ(quoted(u"a=\r\nb"), u"ab");
-  EXPECT_EQ(quoted(u"a==\r\n\nb"), u"ab");
-  EXPECT_EQ(quoted(u"=C2=A0"), u" ");
-  EXPECT_EQ(quoted(u"=c2=a0"), u"\u00A0");
-  EXPECT_EQ(base64DecodeWithEncoding(u"SG\r\nVs*bG8", NSUTF8StringEncoding), u"Hello");
-  EXPECT_EQ(base64DecodeWithEncoding(u"SGVsbG8=SGVs", NSUTF8StringEncoding), u"Hello");
-  EXPECT_EQ(base64DecodeWithEncoding(u"SGVsbG9X", NSUTF8StringEncoding), u"HelloW");
-  EXPECT_FALSE(base64DecodeWithEncoding(u"/w==", NSUTF8StringEncoding));
-  EXPECT_EQ(createQuotedPrintable(u"a=b\tc"), u"a=b=09c");
-  EXPECT_EQ(createQuotedPrintable(u" x \n"), u"x");
-  EXPECT_EQ(createQuotedPrintable(u"é"), u"=C3=A9");
 }
 
 TEST(EncodedWords, Give) {

@@ -13,6 +13,8 @@
 
 namespace kelspar {
 
+class NSString;
+
 namespace detail {
 
 // What an NSString holds; derived contents own the units.
@@ -26,6 +28,22 @@ class StringContents : public NSObject {
 
  protected:
   std::u16string_view units_;
+};
+
+// Room for units that become a text.
+class UnitBuffer {
+ public:
+  explicit UnitBuffer(size_t most);
+  ~UnitBuffer();
+  UnitBuffer(const UnitBuffer&) = delete;
+  UnitBuffer& operator=(const UnitBuffer&) = delete;
+  [[nodiscard]] char16_t* units() const { return units_; }
+  // The text of the first `length` units; the buffer is empty then.
+  [[nodiscard]] NSString text(size_t length) &&;
+
+ private:
+  char16_t* units_;
+  size_t most_;
 };
 
 }  // namespace detail
@@ -61,6 +79,15 @@ class NSString : public id {
     NSString result = uninitialized(length, &units);
     if (units) fill(units);
     return result;
+  }
+
+  // The same where the length is known only when all is written: room for `most` units, of which
+  // `fill(char16_t*)` returns how many it wrote. What was not written is given back.
+  template <class Fill>
+  [[nodiscard]] static NSString buildAtMost(size_t most, Fill&& fill) {
+    detail::UnitBuffer buffer(most);
+    const size_t length = fill(buffer.units());
+    return std::move(buffer).text(length);
   }
 
   // Number of code units; 0 for nil.
@@ -101,6 +128,7 @@ class NSString : public id {
 
  private:
   friend class id;
+  friend class detail::UnitBuffer;
   explicit NSString(const NSObject* contents) noexcept : id(contents) {}
   [[nodiscard]] static NSString uninitialized(size_t length, char16_t** units);
 };

@@ -44,6 +44,13 @@ class AdoptedContents final : public StringContents {
   std::u16string buffer_;
 };
 
+// A buffer of the C library's, so that it can be cut where it lies.
+class MallocContents final : public StringContents {
+ public:
+  MallocContents(char16_t* units, size_t length) : StringContents({units, length}) {}
+  ~MallocContents() override { std::free(const_cast<char16_t*>(units_.data())); }
+};
+
 const NSString& emptyText() {
   static const NSString empty = NSString::fromStatic(u"");
   return empty;
@@ -64,6 +71,26 @@ NSString NSString::uninitialized(size_t length, char16_t** units) {
   if (length == 0) return emptyText();
   auto* contents = InlineContents::make(length);
   *units = contents->storage();
+  return NSString(contents);
+}
+
+detail::UnitBuffer::UnitBuffer(size_t most) : most_(most) {
+  if (most > SIZE_MAX / sizeof(char16_t)) throw std::bad_alloc();
+  units_ = static_cast<char16_t*>(std::malloc(std::max<size_t>(most, 1) * sizeof(char16_t)));
+  if (!units_) throw std::bad_alloc();
+}
+
+detail::UnitBuffer::~UnitBuffer() { std::free(units_); }
+
+NSString detail::UnitBuffer::text(size_t length) && {
+  constexpr size_t kShort = 128;  // two blocks of memory for few units do not pay
+  if (length <= kShort) return NSString(std::u16string_view(units_, length));
+  if (length < most_) {
+    void* const cut = std::realloc(units_, length * sizeof(char16_t));
+    if (cut) units_ = static_cast<char16_t*>(cut);
+  }
+  auto* const contents = new MallocContents(units_, length);
+  units_ = nullptr;
   return NSString(contents);
 }
 

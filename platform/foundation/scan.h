@@ -51,6 +51,50 @@ template <class Char, class... Wanted>
   return size;
 }
 
+// How far copyUntil may write behind what it copies, in units of either kind.
+inline constexpr size_t kCopySlack = 16;
+
+// Copies from `from` on up to the first `wanted` or the text's end, whose position it returns.
+// `out` has room for what is copied and kCopySlack more: blocks are written before it is known how
+// much of them counts.
+template <class Char>
+[[nodiscard]] inline size_t copyUntil(std::basic_string_view<Char> text, size_t from, Char wanted,
+                                      Char* out) {
+  static_assert(sizeof(Char) <= 2);
+  const Char* const data = text.data();
+  size_t at = from;
+#if defined(__SSE2__)
+  constexpr size_t kBlock = 16 / sizeof(Char);
+  const __m128i pattern = sizeof(Char) == 1 ? _mm_set1_epi8(static_cast<char>(wanted))
+                                            : _mm_set1_epi16(static_cast<int16_t>(wanted));
+  for (; at + kBlock <= text.size(); at += kBlock, out += kBlock) {
+    const auto block = _mm_loadu_si128(reinterpret_cast<const __m128i*>(data + at));
+    _mm_storeu_si128(reinterpret_cast<__m128i*>(out), block);
+    const __m128i hits =
+        sizeof(Char) == 1 ? _mm_cmpeq_epi8(block, pattern) : _mm_cmpeq_epi16(block, pattern);
+    if (const int mask = _mm_movemask_epi8(hits))
+      return at + static_cast<size_t>(__builtin_ctz(mask)) / sizeof(Char);
+  }
+#endif
+  for (; at < text.size() && data[at] != wanted; ++at) *out++ = data[at];
+  return at;
+}
+
+// The number of leading units below 0x80.
+[[nodiscard]] inline size_t asciiPrefix(std::u16string_view text) {
+  size_t at = 0;
+#if defined(__SSE2__)
+  const __m128i high = _mm_set1_epi16(static_cast<int16_t>(0xFF80)), zero = _mm_setzero_si128();
+  for (; at + 16 <= text.size(); at += 16) {
+    const auto* block = reinterpret_cast<const __m128i*>(text.data() + at);
+    const __m128i both = _mm_or_si128(_mm_loadu_si128(block), _mm_loadu_si128(block + 1));
+    if (_mm_movemask_epi8(_mm_cmpeq_epi16(_mm_and_si128(both, high), zero)) != 0xFFFF) break;
+  }
+#endif
+  while (at < text.size() && text[at] < 0x80) ++at;
+  return at;
+}
+
 // Writes ASCII bytes as units up to the first NUL or byte above 0x7F; returns how many they are.
 // `out` has room for `bytes.size()` units.
 [[nodiscard]] inline size_t widenASCII(std::string_view bytes, char16_t* out) {
