@@ -5,7 +5,8 @@
 
 namespace kelspar {
 
-// Formats: PNG, JPEG, GIF, BMP, TIFF, ICO. Immutable; any thread may use it.
+// Formats: PNG, JPEG, GIF, BMP, TIFF, ICO; WebP and SVG where GDK-PixBuf has loaders for them.
+// Immutable; any thread may use it.
 class NSImage {
  public:
   // Invalid (false) for bytes that are none of these formats, for nil and for images of more than
@@ -15,7 +16,8 @@ class NSImage {
   explicit operator bool() const { return static_cast<bool>(data_); }
   [[nodiscard]] const NSData& data() const { return data_; }
   [[nodiscard]] const NSString& type() const { return type_; }  // "image/png"
-  // In points: 72 pixels an inch. 0 for an invalid image.
+  // In points, upright as EXIF says, by the resolution that the file states (72 pixels an inch
+  // where it states none, or one below 18 or above 4,800). 0 for an invalid image.
   [[nodiscard]] double width() const { return width_; }
   [[nodiscard]] double height() const { return height_; }
 

@@ -38,7 +38,7 @@ struct NSTextTab {
 struct NSTextList {
   uint32_t identity = 0;  // items of one list share it
   bool ordered = false;
-  NSString marker;  // "disc", "circle", "square", "decimal", "lower-alpha", ...
+  NSString marker{};  // "disc", "circle", "square", "decimal", "lower-alpha", ...
   int32_t startingNumber = 1;
   friend bool operator==(const NSTextList&, const NSTextList&) = default;
 };
@@ -53,7 +53,7 @@ struct NSTextTableCell {
   uint16_t columns = 1;  // of the whole table
   double width = 0;      // 0: by content
   double border = 0;     // width of its lines; 0: none
-  std::optional<NSColor> background;
+  std::optional<NSColor> background{};
   friend bool operator==(const NSTextTableCell&, const NSTextTableCell&) = default;
 };
 
@@ -69,9 +69,9 @@ struct NSParagraphStyle {
   int8_t headingLevel = 0;                              // 1 to 6; 0: body text
   bool preformatted = false;  // white space and line ends stand as they are
   int8_t quoteLevel = 0;      // nested block quotes around it
-  std::vector<NSTextTab> tabStops;
-  std::vector<NSTextList> lists;       // outermost first
-  std::vector<NSTextTableCell> cells;  // outermost table first
+  std::vector<NSTextTab> tabStops{};
+  std::vector<NSTextList> lists{};       // outermost first
+  std::vector<NSTextTableCell> cells{};  // outermost table first
   friend bool operator==(const NSParagraphStyle&, const NSParagraphStyle&) = default;
 };
 

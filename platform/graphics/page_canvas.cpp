@@ -1,0 +1,226 @@
+// Drawing with Cairo, so that text stays text: what is drawn as pictures or boxes has its
+// characters behind a blank glyph.
+#include "platform/graphics/page_canvas.h"
+
+#include <cairo-pdf.h>
+#include <glib.h>
+
+#include <algorithm>
+#include <cmath>
+#include <cstdlib>
+#include <cstring>
+#include <ctime>
+
+#include "platform/foundation/utf8.h"
+#include "platform/graphics/page_writer.h"
+
+namespace kelspar {
+
+namespace {
+
+constexpr auto kForwards = static_cast<cairo_text_cluster_flags_t>(0);
+
+static_assert(sizeof(PageGlyph) == sizeof(cairo_glyph_t));
+static_assert(sizeof(PageCluster) == sizeof(cairo_text_cluster_t));
+
+cairo_status_t writePiece(void* closure, const unsigned char* bytes, unsigned int length) {
+  const bool isWritten = (*static_cast<const PageCanvas::Write*>(closure))(
+      {reinterpret_cast<const char*>(bytes), length});
+  return isWritten ? CAIRO_STATUS_SUCCESS : CAIRO_STATUS_WRITE_ERROR;
+}
+
+std::string creationDate() {
+  const char* epoch = std::getenv("SOURCE_DATE_EPOCH");
+  const std::time_t now = epoch ? std::strtoll(epoch, nullptr, 10) : std::time(nullptr);
+  std::tm parts{};
+  char text[32] = "";
+  if (gmtime_r(&now, &parts)) std::strftime(text, sizeof text, "%Y-%m-%dT%H:%M:%SZ", &parts);
+  return text;
+}
+
+// Printable ASCII without what link attributes are quoted with; empty for schemes not linked to.
+std::string linkTarget(const NSString& link) {
+  constexpr size_t kLongest = 8'000;
+  const std::string text = link.utf8();
+  if (text.size() > kLongest) return {};
+  std::string target;
+  for (const char c : text) {
+    if (c > ' ' && c < 0x7F && c != '\'' && c != '\\') {
+      target += c;
+    } else {
+      char escape[4];
+      std::snprintf(escape, sizeof escape, "%%%02X", static_cast<unsigned char>(c));
+      target += escape;
+    }
+  }
+  for (const char* scheme : {"http:", "https:", "mailto:", "tel:", "ftp:"}) {
+    if (g_ascii_strncasecmp(target.c_str(), scheme, std::strlen(scheme)) == 0) return target;
+  }
+  return {};
+}
+
+const cairo_glyph_t* cairoGlyphs(const std::vector<PageGlyph>& glyphs) {
+  return reinterpret_cast<const cairo_glyph_t*>(glyphs.data());
+}
+
+}  // namespace
+
+PageFont::PageFont(cairo_scaled_font_t* scaledFont)
+    : scaled(cairo_scaled_font_reference(scaledFont)) {}
+
+PageFont::~PageFont() { cairo_scaled_font_destroy(scaled); }
+
+PageCanvas::PageCanvas(const std::string& title, bool hasLinks, Write write)
+    : write_(std::move(write)),
+      surface_(cairo_pdf_surface_create_for_stream(&writePiece, &write_, kPageWidth, kPageHeight)),
+      cairo_(cairo_create(surface_)),
+      hasLinks_(hasLinks) {
+  cairo_pdf_surface_set_metadata(surface_, CAIRO_PDF_METADATA_TITLE, title.c_str());
+  cairo_pdf_surface_set_metadata(surface_, CAIRO_PDF_METADATA_CREATOR, "libkelspar");
+  cairo_pdf_surface_set_metadata(surface_, CAIRO_PDF_METADATA_CREATE_DATE, creationDate().c_str());
+  // Links outside a document's structure would refer to one that Cairo never writes.
+  if (hasLinks_) cairo_tag_begin(cairo_, "Document", nullptr);
+  cairo_select_font_face(cairo_, "sans-serif", CAIRO_FONT_SLANT_NORMAL, CAIRO_FONT_WEIGHT_NORMAL);
+  cairo_set_font_size(cairo_, 6);
+  plainFont_ = cairo_scaled_font_reference(cairo_get_scaled_font(cairo_));
+  cairo_glyph_t* blank = nullptr;
+  int count = 0;
+  cairo_scaled_font_text_to_glyphs(plainFont_, 0, 0, " ", 1, &blank, &count, nullptr, nullptr,
+                                   nullptr);
+  blank_ = count == 1 ? blank->index : 0;
+  cairo_glyph_free(blank);
+}
+
+PageCanvas::~PageCanvas() {
+  cairo_scaled_font_destroy(plainFont_);
+  cairo_destroy(cairo_);
+  cairo_surface_finish(surface_);
+  cairo_surface_destroy(surface_);
+}
+
+bool PageCanvas::isBroken() const {
+  return cairo_surface_status(surface_) != CAIRO_STATUS_SUCCESS ||
+         cairo_status(cairo_) != CAIRO_STATUS_SUCCESS;
+}
+
+void PageCanvas::turnPage(bool isLast) {
+  if (isLast && hasLinks_) cairo_tag_end(cairo_, "Document");
+  cairo_show_page(cairo_);
+}
+
+void PageCanvas::draw(const PageLine& line, double pageTop, double pageEnd) {
+  const double y = line.top - pageTop;
+  const double baseline = y + line.baseline;
+  const bool asText = baseline >= 0 && baseline < pageEnd - pageTop;
+  for (const Fill& area : line.fills) fill(area, y, pageEnd - pageTop);
+  for (const GlyphRun& run : line.glyphs) show(run, y, asText);
+  for (const Picture& picture : line.pictures) show(picture, y);
+  for (const LinkArea& area : line.links) link(area, y, line.bottom - line.top);
+}
+
+void PageCanvas::setColor(NSColor color) {
+  cairo_set_source_rgb(cairo_, color.red / 255.0, color.green / 255.0, color.blue / 255.0);
+}
+
+void PageCanvas::fill(const Fill& area, double y, double pageHeight) {
+  const double top = std::max(0.0, y + area.y);
+  const double bottom = std::min(pageHeight, y + area.y + area.height);
+  if (bottom <= top) return;
+  setColor(area.color);
+  cairo_rectangle(cairo_, area.x, top, area.width, bottom - top);
+  cairo_fill(cairo_);
+}
+
+void PageCanvas::show(const GlyphRun& run, double y, bool asText) {
+  moved_ = run.glyphs;
+  for (PageGlyph& glyph : moved_) glyph.y += y;
+  setColor(run.color);
+  cairo_set_scaled_font(cairo_, run.font->scaled);
+  const int count = static_cast<int>(moved_.size());
+  if (count == 0) return;
+  if (run.kind != GlyphKind::text) {
+    if (run.kind == GlyphKind::picture) cairo_show_glyphs(cairo_, cairoGlyphs(moved_), count);
+    if (run.kind == GlyphKind::missing) showBox(run, moved_[0]);
+    if (asText) hide(run.text, moved_[0].x, moved_[0].y);
+  } else if (asText) {
+    cairo_show_text_glyphs(cairo_, run.text.data(), static_cast<int>(run.text.size()),
+                           cairoGlyphs(moved_), count,
+                           reinterpret_cast<const cairo_text_cluster_t*>(run.clusters.data()),
+                           static_cast<int>(run.clusters.size()),
+                           run.isBackward ? CAIRO_TEXT_CLUSTER_FLAG_BACKWARD : kForwards);
+  } else {
+    // Glyphs without text: as outlines they would be fifty times as long.
+    const cairo_text_cluster_t silent{0, count};
+    cairo_show_text_glyphs(cairo_, "", 0, cairoGlyphs(moved_), count, &silent, 1, kForwards);
+  }
+}
+
+// As text only: a blank that stands for it.
+void PageCanvas::hide(std::string_view text, double x, double y) {
+  const cairo_glyph_t glyph{blank_, x, y};
+  const cairo_text_cluster_t cluster{static_cast<int>(text.size()), 1};
+  cairo_set_scaled_font(cairo_, plainFont_);
+  cairo_show_text_glyphs(cairo_, text.data(), static_cast<int>(text.size()), &glyph, 1, &cluster, 1,
+                         kForwards);
+}
+
+// A frame around the code point, two rows of digits, as terminals and browsers draw it.
+void PageCanvas::showBox(const GlyphRun& run, const PageGlyph& place) {
+  const double height = run.font->ascent, inset = run.width * 0.08;
+  cairo_set_line_width(cairo_, std::max(0.2, height * 0.04));
+  cairo_rectangle(cairo_, place.x + inset, place.y - height, run.width - 2 * inset, height);
+  cairo_stroke(cairo_);
+  char digits[12];
+  std::snprintf(digits, sizeof digits, place.index > 0xFFFF ? "%06lX" : "%04lX", place.index);
+  const size_t columns = std::strlen(digits) / 2;
+  const double step = (run.width - 4 * inset) / static_cast<double>(columns);
+  cairo_set_scaled_font(cairo_, plainFont_);
+  cairo_set_font_size(cairo_, std::max(0.5, std::min(step * 1.7, height * 0.5)));
+  for (size_t i = 0; digits[i]; ++i) {
+    const char digit[2] = {digits[i], 0};
+    cairo_move_to(cairo_, place.x + 2 * inset + step * static_cast<double>(i % columns),
+                  place.y - height * (i < columns ? 0.55 : 0.1));
+    cairo_text_path(cairo_, digit);
+  }
+  cairo_fill(cairo_);
+}
+
+void PageCanvas::show(const Picture& picture, double y) {
+  const StoredPicture* stored = pictures_.find(picture.attachment->contents);
+  if (!stored) {
+    constexpr double kLeastFrame = 8;
+    if (picture.width < kLeastFrame || picture.height < kLeastFrame) return;
+    setColor({192, 192, 192});
+    cairo_set_line_width(cairo_, 0.5);
+    cairo_rectangle(cairo_, picture.x + 0.5, y + picture.y + 0.5, picture.width - 1,
+                    picture.height - 1);
+    cairo_stroke(cairo_);
+    return;
+  }
+  cairo_save(cairo_);
+  cairo_translate(cairo_, picture.x, y + picture.y);
+  cairo_scale(cairo_, picture.width, picture.height);
+  const cairo_matrix_t upright{stored->turn.xx, stored->turn.yx, stored->turn.xy,
+                               stored->turn.yy, stored->turn.x0, stored->turn.y0};
+  cairo_transform(cairo_, &upright);
+  cairo_scale(cairo_, 1.0 / stored->width, 1.0 / stored->height);
+  cairo_set_source_surface(cairo_, stored->surface, 0, 0);
+  cairo_paint(cairo_);
+  cairo_restore(cairo_);
+}
+
+void PageCanvas::link(const LinkArea& area, double y, double height) {
+  const std::string target = linkTarget(area.link);
+  if (target.empty() || !hasLinks_) return;
+  std::string attributes = "rect=[";
+  for (const double value : {area.x, y, area.width, height}) {
+    if (!std::isfinite(value)) return;
+    char number[G_ASCII_DTOSTR_BUF_SIZE];
+    attributes += g_ascii_formatd(number, sizeof number, "%.3f ", value);
+  }
+  attributes += "] uri='" + target + "'";
+  cairo_tag_begin(cairo_, CAIRO_TAG_LINK, attributes.c_str());
+  cairo_tag_end(cairo_, CAIRO_TAG_LINK);
+}
+
+}  // namespace kelspar

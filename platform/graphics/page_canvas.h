@@ -1,0 +1,49 @@
+// A PDF document that is drawn on with Cairo, a page at a time. Internal to the library.
+#pragma once
+
+#include <functional>
+#include <string>
+#include <string_view>
+
+#include "platform/graphics/page_line.h"
+#include "platform/graphics/picture_store.h"
+
+typedef struct _cairo cairo_t;
+typedef struct _cairo_surface cairo_surface_t;
+
+namespace kelspar {
+
+class PageCanvas {
+ public:
+  using Write = std::function<bool(std::string_view)>;
+
+  PageCanvas(const std::string& title, bool hasLinks, Write write);
+  ~PageCanvas();
+  PageCanvas(const PageCanvas&) = delete;
+
+  // What of the line lies between the page's ends.
+  void draw(const PageLine& line, double pageTop, double pageEnd);
+  void turnPage(bool isLast);
+  [[nodiscard]] bool isBroken() const;
+
+ private:
+  // `y` is that of the line's top on the page.
+  void fill(const Fill& area, double y, double pageHeight);
+  void show(const GlyphRun& run, double y, bool asText);
+  void show(const Picture& picture, double y);
+  void showBox(const GlyphRun& run, const PageGlyph& place);
+  void hide(std::string_view text, double x, double y);
+  void link(const LinkArea& area, double y, double height);
+  void setColor(NSColor color);
+
+  Write write_;
+  cairo_surface_t* surface_;
+  cairo_t* cairo_;
+  PictureStore pictures_;
+  bool hasLinks_;
+  cairo_scaled_font_t* plainFont_;
+  unsigned long blank_;
+  std::vector<PageGlyph> moved_;
+};
+
+}  // namespace kelspar

@@ -1,0 +1,44 @@
+// Lines onto pages, pages into a PDF document. Internal to the library.
+#pragma once
+
+#include <functional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "platform/graphics/page_canvas.h"
+
+namespace kelspar {
+
+// Pages are written as they fill; what is kept is one page's lines. A cut line is drawn on both
+// pages, as text on the one with its baseline.
+class PageWriter {
+ public:
+  using Write = std::function<bool(std::string_view)>;
+  struct Settings {
+    bool keepsLinesWhole = false;
+    bool hasLinks = false;  // the document needs a structure
+    std::string title;
+  };
+
+  PageWriter(const Settings& settings, const Write& write);
+  ~PageWriter();  // writes what is left
+  PageWriter(const PageWriter&) = delete;
+
+  // Takes lines in reading order. Nothing that comes later begins above `y`.
+  void add(std::vector<PageLine> lines, double y);
+
+  // Writing has failed: what follows would not be seen.
+  [[nodiscard]] bool isBroken() const;
+
+ private:
+  [[nodiscard]] double pageEnd() const;
+  void endPage(bool isLast);
+
+  PageCanvas canvas_;
+  bool keepsLinesWhole_;
+  std::vector<PageLine> lines_;  // that reach into the page or lie behind it
+  double pageTop_ = 0, bottom_ = 0;
+};
+
+}  // namespace kelspar

@@ -1,0 +1,315 @@
+// Paragraphs in the order of the text. A table is set row by row; rows that share a cell are ready
+// together. Tables inside cells are set the same way, to a depth that honest mail does not reach.
+#include "platform/graphics/text_flow.h"
+
+#include <algorithm>
+#include <span>
+
+#include "platform/foundation/scan.h"
+#include "platform/graphics/paragraph_setter.h"
+#include "platform/graphics/run_cursor.h"
+#include "platform/graphics/table_columns.h"
+
+namespace kelspar {
+
+namespace {
+
+constexpr size_t kDeepestTable = 6;  // cells of deeper ones stand below each other
+constexpr size_t kMostColumns = 64;  // so do those of wider ones
+constexpr double kPadding = 3;       // on each side of a cell
+
+struct Paragraph {
+  size_t begin, end;  // without what ends it
+  const std::vector<NSTextTableCell>* cells;
+  TextExtent extent;
+};
+using Paragraphs = std::span<Paragraph>;
+
+const std::vector<NSTextTableCell>& cellsOf(const NSTextAttributes& look) {
+  static const std::vector<NSTextTableCell> kNone;
+  return look.paragraph ? look.paragraph->cells : kNone;
+}
+
+bool isSameCell(const NSTextTableCell& a, const NSTextTableCell& b) {
+  return a.table == b.table && a.row == b.row && a.column == b.column;
+}
+
+// Cuts the text into paragraphs. A cell ends its last paragraph.
+class ParagraphReader {
+ public:
+  explicit ParagraphReader(const NSAttributedString& text)
+      : string_(text.string()), units_(string_.view()), looks_(text) {}
+
+  // A text that ends in a line end has an empty paragraph behind it.
+  [[nodiscard]] bool isAtEnd() const { return at_ > units_.size(); }
+  [[nodiscard]] const std::vector<NSTextTableCell>& cells() {
+    static const std::vector<NSTextTableCell> kNone;
+    return at_ < units_.size() ? cellsOf(looks_.lookAt(at_)) : kNone;
+  }
+
+  Paragraph next() {
+    const size_t begin = at_;
+    const auto& inside = cells();
+    size_t end = scan::findAny(units_, at_, u'\n', u'\r', u'\x2029');
+    for (size_t at = begin; at < end;) {
+      const auto& there = cellsOf(looks_.lookAt(at));
+      if (&there != &inside && !std::ranges::equal(there, inside, isSameCell)) {
+        at_ = at;
+        const bool isTab = units_[at - 1] == u'\t' && !inside.empty();
+        return {begin, isTab ? at - 1 : at, &inside, {}};
+      }
+      at = looks_.runEnd();
+    }
+    const bool isPair = units_.substr(end, 2) == u"\r\n";
+    at_ = end + (isPair ? 2 : 1);
+    // What would be an empty paragraph behind a table is the table's own line end.
+    if (at_ == units_.size() && !inside.empty()) ++at_;
+    return {begin, end, &inside, {}};
+  }
+
+ private:
+  NSString string_;
+  std::u16string_view units_;
+  RunCursor looks_;
+  size_t at_ = 0;
+};
+
+// A cell of one table, and its paragraphs.
+struct Cell {
+  const NSTextTableCell* place;
+  Paragraphs paragraphs;
+  size_t firstRow, lastRow;
+  size_t column, span;
+};
+
+void addBox(double left, double top, double width, double height, double border,
+            const std::optional<NSColor>& background, std::vector<PageLine>* lines) {
+  if (border <= 0 && !background) return;
+  PageLine& box = lines->emplace_back();
+  box.top = top - border / 2;
+  box.bottom = top + height + border / 2;
+  box.mayBeCut = true;
+  const double down = border / 2;
+  if (background) box.fills.push_back({left, down, width, height, *background});
+  if (border <= 0) return;
+  const NSColor kLines{};
+  const double half = border / 2;
+  box.fills.push_back({left - half, 0, width + border, border, kLines});
+  box.fills.push_back({left - half, height, width + border, border, kLines});
+  box.fills.push_back({left - half, 0, border, height + border, kLines});
+  box.fills.push_back({left + width - half, 0, border, height + border, kLines});
+}
+
+class Flow {
+ public:
+  using Take = std::function<bool(std::vector<PageLine> lines, double y)>;
+
+  Flow(const NSAttributedString& text, const Take& take)
+      : reader_(text), setter_(text), take_(take) {}
+
+  void run() {
+    constexpr size_t kLinesAtATime = 64;
+    while (!reader_.isAtEnd() && goesOn_) {
+      if (reader_.cells().empty()) {
+        const Paragraph paragraph = reader_.next();
+        y_ = setter_.set(paragraph.begin, paragraph.end, {}, y_, &lines_);
+        if (lines_.size() >= kLinesAtATime) handOn();
+      } else {
+        setOuterTable();
+      }
+    }
+    handOn();
+  }
+
+ private:
+  void handOn() {
+    goesOn_ = goesOn_ && take_(std::move(lines_), y_);
+    lines_.clear();
+  }
+
+  void setOuterTable() {
+    const uint32_t table = reader_.cells().front().table;
+    std::vector<Paragraph> paragraphs;
+    while (!reader_.isAtEnd() && !reader_.cells().empty() && reader_.cells().front().table == table)
+      paragraphs.push_back(reader_.next());
+    y_ = setTable(paragraphs, 0, {}, y_, &lines_);
+  }
+
+  // What stands in one cell, or below each other.
+  double setFlow(Paragraphs paragraphs, size_t depth, Column column, double y,
+                 std::vector<PageLine>* lines) {
+    for (size_t at = 0; at < paragraphs.size() && goesOn_;) {
+      const Paragraph& paragraph = paragraphs[at];
+      if (paragraph.cells->size() <= depth || depth >= kDeepestTable) {
+        y = setter_.set(paragraph.begin, paragraph.end, column, y, lines);
+        ++at;
+        continue;
+      }
+      const size_t end = tableEnd(paragraphs, at, depth);
+      y = setTable(paragraphs.subspan(at, end - at), depth, column, y, lines);
+      at = end;
+    }
+    return y;
+  }
+
+  static size_t tableEnd(Paragraphs paragraphs, size_t at, size_t depth) {
+    const uint32_t table = (*paragraphs[at].cells)[depth].table;
+    while (at < paragraphs.size() && paragraphs[at].cells->size() > depth &&
+           (*paragraphs[at].cells)[depth].table == table)
+      ++at;
+    return at;
+  }
+
+  // The table's cells in the order of rows; no cell is above the one before it.
+  static std::vector<Cell> cellsOfTable(Paragraphs paragraphs, size_t depth) {
+    std::vector<Cell> cells;
+    size_t row = 0;
+    for (size_t at = 0; at < paragraphs.size();) {
+      const NSTextTableCell& place = (*paragraphs[at].cells)[depth];
+      size_t end = at + 1;
+      while (end < paragraphs.size() && isSameCell((*paragraphs[end].cells)[depth], place)) ++end;
+      row = std::max<size_t>(row, place.row);
+      cells.push_back({.place = &place,
+                       .paragraphs = paragraphs.subspan(at, end - at),
+                       .firstRow = row,
+                       .lastRow = row + std::max<size_t>(place.rowSpan, 1) - 1,
+                       .column = place.column,
+                       .span = std::max<size_t>(place.columnSpan, 1)});
+      at = end;
+    }
+    return cells;
+  }
+
+  static size_t columnsOf(const std::vector<Cell>& cells) {
+    size_t columns = 1;
+    for (const Cell& cell : cells) columns = std::max(columns, cell.column + cell.span);
+    return columns;
+  }
+
+  TextExtent extentOf(Paragraphs paragraphs, size_t depth) {
+    TextExtent extent;
+    for (size_t at = 0; at < paragraphs.size();) {
+      TextExtent part;
+      if (paragraphs[at].cells->size() > depth && depth < kDeepestTable) {
+        const size_t end = tableEnd(paragraphs, at, depth);
+        part = extentOfTable(paragraphs.subspan(at, end - at), depth);
+        at = end;
+      } else {
+        Paragraph& paragraph = paragraphs[at++];
+        if (paragraph.extent.most == 0) {
+          paragraph.extent = setter_.measure(paragraph.begin, paragraph.end);
+        }
+        part = paragraph.extent;
+      }
+      extent.least = std::max(extent.least, part.least);
+      extent.most = std::max(extent.most, part.most);
+    }
+    return extent;
+  }
+
+  TextExtent extentOfTable(Paragraphs paragraphs, size_t depth) {
+    const std::vector<Cell> cells = cellsOfTable(paragraphs, depth);
+    const size_t columns = columnsOf(cells);
+    if (columns > kMostColumns) return {kPageWidth, kPageWidth};
+    const std::vector<ColumnNeed> needs = needsOf(cells, depth);
+    TextExtent extent;
+    for (const double width : columnWidths(columns, needs, 0.0)) extent.least += width;
+    for (const double width : columnWidths(columns, needs, 1e9)) extent.most += width;
+    return extent;
+  }
+
+  std::vector<ColumnNeed> needsOf(const std::vector<Cell>& cells, size_t depth) {
+    std::vector<ColumnNeed> needs;
+    for (const Cell& cell : cells) {
+      ColumnNeed need{
+          .column = cell.column, .span = cell.span, .width = cell.place->width, .extent = {}};
+      if (need.width <= 0) {
+        need.extent = extentOf(cell.paragraphs, depth + 1);
+        need.extent.least += 2 * kPadding;
+        need.extent.most += 2 * kPadding;
+      }
+      needs.push_back(need);
+    }
+    return needs;
+  }
+
+  double setTable(Paragraphs paragraphs, size_t depth, Column column, double y,
+                  std::vector<PageLine>* lines) {
+    const std::vector<Cell> cells = cellsOfTable(paragraphs, depth);
+    const size_t columns = columnsOf(cells);
+    if (columns > kMostColumns) return setFlow(paragraphs, kDeepestTable, column, y, lines);
+    std::vector<double> edges{column.left};
+    for (const double width : columnWidths(columns, needsOf(cells, depth), column.width)) {
+      edges.push_back(edges.back() + width);
+    }
+    for (size_t first = 0; first < cells.size() && goesOn_;) {
+      size_t last = first, end = cells[first].lastRow;
+      while (last < cells.size() && cells[last].firstRow <= end) {
+        end = std::max(end, cells[last++].lastRow);
+      }
+      y = setRows(std::span(cells).subspan(first, last - first), edges, depth, y, lines);
+      if (depth == 0) {
+        y_ = y;
+        handOn();
+      }
+      first = last;
+    }
+    return y;
+  }
+
+  // Rows that are tied together by cells that span them.
+  double setRows(std::span<const Cell> cells, const std::vector<double>& edges, size_t depth,
+                 double y, std::vector<PageLine>* lines) {
+    const size_t firstRow = cells.front().firstRow;
+    std::vector<double> tops{y};  // of the rows, and of what follows
+    std::vector<PageLine> contents;
+    for (size_t at = 0; at < cells.size(); ++at) {
+      const Cell& cell = cells[at];
+      const size_t row = cell.firstRow - firstRow;
+      while (tops.size() <= row) tops.push_back(tops.back());
+      const double left = edges[cell.column];
+      const double width = edges[cell.column + cell.span] - left;
+      const double top = tops[row];
+      const double padding = std::min(kPadding, width / 4);
+      double bottom = top;
+      if (cell.place->rowSpan > 0) {
+        const double inset = insetOf(*cell.place);
+        bottom = setFlow(cell.paragraphs, depth + 1, {left + padding, width - 2 * padding},
+                         top + inset, &contents) +
+                 inset;
+      }
+      const size_t behind = cell.lastRow - firstRow + 1;
+      while (tops.size() <= behind) tops.push_back(tops.back());
+      for (size_t r = behind; r < tops.size(); ++r) tops[r] = std::max(tops[r], bottom);
+    }
+    for (const Cell& cell : cells) {
+      const double left = edges[cell.column];
+      const double top = tops[cell.firstRow - firstRow];
+      addBox(left, top, edges[cell.column + cell.span] - left,
+             tops[cell.lastRow - firstRow + 1] - top, std::min(cell.place->border, 20.0),
+             cell.place->rowSpan > 0 ? cell.place->background : std::nullopt, lines);
+    }
+    std::ranges::move(contents, std::back_inserter(*lines));
+    return tops.back();
+  }
+
+  static double insetOf(const NSTextTableCell& cell) {
+    return cell.border > 0 || cell.background ? 2 : 0.5;
+  }
+
+  ParagraphReader reader_;
+  ParagraphSetter setter_;
+  const Take& take_;
+  std::vector<PageLine> lines_;
+  double y_ = 0;
+  bool goesOn_ = true;
+};
+
+}  // namespace
+
+void layOut(const NSAttributedString& text,
+            const std::function<bool(std::vector<PageLine> lines, double y)>& take) {
+  Flow(text, take).run();
+}
+
+}  // namespace kelspar

@@ -1,0 +1,192 @@
+// Where words stand on the pages.
+#include <gtest/gtest.h>
+
+#include <map>
+
+#include "platform/graphics/pdf_tools.h"
+
+namespace kelspar {
+namespace {
+
+using testtools::PDFFile;
+
+NSTextAttributes lookOf(const NSParagraphStyle& style) {
+  NSTextAttributes look;
+  look.font.family = u"DejaVu Sans"_ns;
+  look.paragraph = std::make_shared<const NSParagraphStyle>(style);
+  return look;
+}
+
+NSAttributedString text(std::u16string_view units, const NSParagraphStyle& style) {
+  return NSAttributedString(NSString(units), lookOf(style));
+}
+
+TEST(TextFlow, IndentsAndAlignment) {
+  const std::u16string long_ =
+      u"first " + std::u16string(50, u'n') + u" " + std::u16string(40, u'm') + u" last";
+  const PDFFile file(text(long_, {.firstLineIndent = 40, .headIndent = 20, .tailIndent = -30}));
+  EXPECT_NEAR(file.word("first").left, 40, 1);
+  EXPECT_NEAR(file.word(std::string(40, 'm')).left, 20, 1.5);
+  using Align = NSTextAlignment;
+  EXPECT_NEAR(PDFFile(text(u"word", {.alignment = Align::right})).word("word").right, 550, 1);
+  const auto middle = PDFFile(text(u"word", {.alignment = Align::center})).word("word");
+  EXPECT_NEAR((middle.left + middle.right) / 2, 275, 1);
+  const auto right = PDFFile(text(u"word", {.alignment = Align::right, .tailIndent = 50}));
+  EXPECT_NEAR(right.word("word").right, 500, 1);
+}
+
+TEST(TextFlow, JustifiedLinesReachBothEdges) {
+  std::u16string words;
+  for (int i = 0; i < 40; ++i) words += u"word" + std::u16string(1, u'a' + i % 26) + u" ";
+  const PDFFile file(text(words + u"end", {.alignment = NSTextAlignment::justified}));
+  double widest = 0;
+  for (const auto& word : file.words()) widest = std::max(widest, word.right);
+  EXPECT_NEAR(widest, 550, 1);
+}
+
+TEST(TextFlow, RightToLeft) {
+  const char16_t* shalom = u"\u05E9\u05DC\u05D5\u05DD abc";
+  EXPECT_NEAR(PDFFile(text(u"abc def", {.rightToLeft = true})).word("def").right, 550, 1);
+  double right = 0;
+  for (const auto& word : PDFFile(text(shalom, {})).words()) right = std::max(right, word.right);
+  EXPECT_NEAR(right, 550, 1);
+  // Left is left whatever the letters.
+  double left = 550;
+  for (const auto& word : PDFFile(text(shalom, {.alignment = NSTextAlignment::left})).words())
+    left = std::min(left, word.left);
+  EXPECT_NEAR(left, 0, 1);
+  const PDFFile indented(text(u"abc", {.rightToLeft = true, .firstLineIndent = 60}));
+  EXPECT_NEAR(indented.word("abc").right, 490, 1);
+}
+
+TEST(TextFlow, TabStops) {
+  NSParagraphStyle style;
+  style.tabStops = {{.location = 300}, {.location = 100}};
+  style.tabStops.push_back({.location = 500, .alignment = NSTextAlignment::right});
+  const PDFFile file(text(u"a\tb\tc\td", style));
+  EXPECT_NEAR(file.word("b").left, 100, 1);
+  EXPECT_NEAR(file.word("c").left, 300, 1);
+  EXPECT_NEAR(file.word("d").right, 500, 1);
+  EXPECT_NEAR(PDFFile(text(u"a\tb", {})).word("b").left, 28, 1);
+  // A hanging first line has a stop where the others begin.
+  const NSParagraphStyle hanging{.firstLineIndent = 10, .headIndent = 45};
+  EXPECT_NEAR(PDFFile(text(u"a\tb", hanging)).word("b").left, 45, 1);
+}
+
+TEST(TextFlow, MarkersOfListsStandInTheIndent) {
+  NSParagraphStyle style{.firstLineIndent = 30, .headIndent = 30};
+  style.lists.push_back({.identity = 1, .marker = u"decimal"_ns});
+  const PDFFile file(text(u"1.\tone", style));
+  EXPECT_NEAR(file.word("1.").left, 14, 1);
+  EXPECT_NEAR(file.word("one").left, 30, 1);
+}
+
+TEST(TextFlow, LineHeights) {
+  const auto pitch = [](const NSParagraphStyle& style) {
+    const PDFFile file(text(u"one\ntwo", style));
+    return file.word("two").top - file.word("one").top;
+  };
+  const double own = pitch({});
+  EXPECT_NEAR(pitch({.lineHeightMultiple = 2}), 2 * own, 0.1);
+  EXPECT_NEAR(pitch({.minimumLineHeight = 40}), 40, 0.1);
+  EXPECT_NEAR(pitch({.minimumLineHeight = 5}), own, 0.1);
+  EXPECT_NEAR(pitch({.maximumLineHeight = 8}), 8, 0.1);
+  EXPECT_NEAR(pitch({.spacingBefore = 7, .spacingAfter = 5}), own + 12, 0.1);
+  // A line inside a paragraph has no space around it.
+  const PDFFile lines(text(u"one\u2028two", {.spacingBefore = 7, .spacingAfter = 5}));
+  EXPECT_NEAR(lines.word("two").top - lines.word("one").top, own, 0.1);
+}
+
+// Cells as the readers write them: a tab ends a cell, a line end its row.
+class Table {
+ public:
+  Table& cell(std::u16string_view units, NSTextTableCell place) {
+    place.table = 1;
+    NSParagraphStyle style;
+    style.cells = {place};
+    text_.append(units, lookOf(style));
+    return *this;
+  }
+  [[nodiscard]] NSAttributedString done() { return text_.copy(); }
+
+ private:
+  NSMutableAttributedString text_;
+};
+
+TEST(TextFlow, CellsStandSideBySide) {
+  Table table;
+  table.cell(u"a1\na2\t", {.row = 0, .column = 0, .columns = 2, .width = 200})
+      .cell(u"b1\n", {.row = 0,
+                      .column = 1,
+                      .columns = 2,
+                      .width = 100,
+                      .border = 1,
+                      .background = NSColor{255, 0, 0}})
+      .cell(u"c1\t", {.row = 1, .column = 0, .columns = 2, .width = 200})
+      .cell(u"d1\n", {.row = 1, .column = 1, .columns = 2, .width = 100});
+  NSMutableAttributedString all(table.done());
+  all.append(text(u"after", {}));
+  const PDFFile file(all.copy());
+  EXPECT_TRUE(file.isSound());
+  EXPECT_EQ(file.letters(), "a1a2b1c1d1after");
+  EXPECT_NEAR(file.word("a1").top, file.word("b1").top, 2);
+  EXPECT_NEAR(file.word("b1").left, 203, 1);
+  EXPECT_NEAR(file.word("d1").left, 203, 1);
+  EXPECT_GT(file.word("a2").top, file.word("a1").bottom - 3);
+  EXPECT_GT(file.word("c1").top, file.word("a2").bottom - 3);
+  EXPECT_GT(file.word("after").top, file.word("c1").bottom - 3);
+  EXPECT_NEAR(file.word("after").left, 0, 1);
+}
+
+TEST(TextFlow, CellsSpanRowsAndColumns) {
+  Table table;
+  table.cell(u"tall\t", {.row = 0, .column = 0, .rowSpan = 2, .columns = 3, .width = 100})
+      .cell(u"wide\n", {.row = 0, .column = 1, .columnSpan = 2, .columns = 3, .width = 300})
+      .cell(u"\t", {.row = 1, .column = 0, .rowSpan = 0, .columns = 3, .width = 100})
+      .cell(u"one\t", {.row = 1, .column = 1, .columns = 3, .width = 150})
+      .cell(u"two\n", {.row = 1, .column = 2, .columns = 3, .width = 150});
+  const PDFFile file(table.done());
+  EXPECT_NEAR(file.word("wide").left, 103, 1);
+  EXPECT_NEAR(file.word("one").left, 103, 1);
+  EXPECT_NEAR(file.word("two").left, 253, 1);
+  EXPECT_GT(file.word("one").top, file.word("wide").bottom - 4);
+}
+
+TEST(TextFlow, TablesKeepToThePage) {
+  Table table;
+  for (uint16_t i = 0; i < 10; ++i) {
+    table.cell(i < 9 ? u"cell\t" : u"cell\n", {.row = 0, .column = i, .columns = 10, .width = 200});
+  }
+  for (const auto& word : PDFFile(table.done()).words()) EXPECT_LE(word.right, 551);
+  Table hostile;
+  for (uint16_t i = 0; i < 2'000; ++i) {
+    hostile.cell(u"x\t", {.row = 0, .column = i, .columns = 2'000, .width = 20});
+  }
+  EXPECT_GT(PDFFile(hostile.done()).pages(), 10);  // below each other
+}
+
+TEST(TextFlow, LongParagraphsHaveNoSeams) {
+  // 120,000 units in six pieces: but for the last, no line could take another word.
+  std::u16string words;
+  for (int i = 0; i < 20'000; ++i) words += u"word" + std::u16string(1, u'a' + i % 26) + u" ";
+  const PDFFile file(text(words, {}));
+  std::map<std::pair<int, double>, double> ends;
+  for (const auto& word : file.words()) {
+    double& end = ends[{word.page, word.top}];
+    end = std::max(end, word.right);
+  }
+  ends.erase(std::prev(ends.end()));
+  EXPECT_GT(ends.size(), 1'000u);
+  for (const auto& [line, end] : ends) EXPECT_GT(end, 550 - 45) << line.first << ' ' << line.second;
+}
+
+TEST(TextFlow, WordsWithoutEndAreWrapped) {
+  const std::u16string units = u"short words " + std::u16string(50'000, u'x') + u" and more";
+  const PDFFile file(text(units, {}));
+  EXPECT_EQ(file.letters(), "shortwords" + std::string(50'000, 'x') + "andmore");
+  for (const auto& word : file.words()) EXPECT_LE(word.right, 551);
+  EXPECT_EQ(file.word("more").page, file.pages());
+}
+
+}  // namespace
+}  // namespace kelspar
