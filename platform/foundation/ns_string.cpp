@@ -117,10 +117,10 @@ NSString NSString::fromUTF8(std::string_view bytes) {
   if (ascii == bytes.size()) {
     return build(ascii, [&](char16_t* out) { utf8::widen(bytes, out); });
   }
-  std::u16string units(bytes.size(), u'\0');
+  const size_t count = utf8::unitCount(bytes);
   size_t valid = 0;
-  units.resize(utf8::decode(bytes, units.data(), &valid));
-  return valid == bytes.size() ? NSString(std::move(units)) : nil;
+  NSString text = build(count, [&](char16_t* out) { utf8::decode(bytes, {out, count}, &valid); });
+  return valid == bytes.size() ? text : nil;
 }
 
 NSString NSString::fromStatic(std::u16string_view units) {

@@ -1,9 +1,11 @@
-// The UTF-8 codec. ASCII runs are widened sixteen bytes at a time; the rest follows Unicode's
-// table 3-7 of well-formed sequences.
+// The UTF-8 codec, by Unicode's table 3-7 of well-formed sequences. Blocks are left to the vector
+// code where the processor has it.
 #include "platform/foundation/utf8.h"
 
 #include <cstdint>
 #include <cstring>
+
+#include "platform/foundation/utf8_vector.h"
 
 #if defined(__SSE2__)
 #include <emmintrin.h>
@@ -76,7 +78,24 @@ void widen(std::string_view bytes, char16_t* out) {
   for (; at < bytes.size(); ++at) out[at] = static_cast<uint8_t>(bytes[at]);
 }
 
-size_t decode(std::string_view bytes, char16_t* out, size_t* valid) {
+size_t unitCount(std::string_view bytes) {
+  if (hasVectors()) return countUnitsInBlocks(bytes);
+  size_t count = 0;
+  for (const char c : bytes) {
+    const auto byte = static_cast<uint8_t>(c);
+    count += ((byte & 0xC0) != 0x80) + (byte >= 0xF0);
+  }
+  return count;
+}
+
+size_t decode(std::string_view bytes, std::span<char16_t> out, size_t* valid) {
+  const Progress done = hasVectors() ? decodeBlocks(bytes, out) : Progress{0, 0};
+  const size_t rest = decodePlainly(bytes.substr(done.bytes), out.data() + done.units, valid);
+  *valid += done.bytes;
+  return done.units + rest;
+}
+
+size_t decodePlainly(std::string_view bytes, char16_t* out, size_t* valid) {
   char16_t* const start = out;
   const auto* p = reinterpret_cast<const uint8_t*>(bytes.data());
   size_t at = 0;
@@ -122,7 +141,7 @@ std::u16string decodeReplacing(std::string_view bytes) {
   size_t count = 0;
   while (!bytes.empty()) {
     size_t valid = 0;
-    count += decode(bytes, units.data() + count, &valid);
+    count += decode(bytes, std::span(units).subspan(count), &valid);
     bytes.remove_prefix(valid);
     if (bytes.empty()) break;
     units[count++] = kReplacement;

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstddef>
+#include <span>
 #include <string>
 #include <string_view>
 
@@ -9,10 +10,16 @@ namespace kelspar::utf8 {
 
 inline constexpr char16_t kReplacement = 0xFFFD;
 
-// Writes the units of `bytes` to `out`, which has room for `bytes.size()` of them, and returns how
-// many they are. Stops at the first byte that is not well-formed UTF-8 (Unicode, table 3-7) and
-// stores its position in `*valid`; `*valid == bytes.size()` when all is well.
-size_t decode(std::string_view bytes, char16_t* out, size_t* valid);
+// The units of `bytes` when they are well-formed: one for each byte that is no continuation, one
+// more for each lead of four.
+[[nodiscard]] size_t unitCount(std::string_view bytes);
+
+// Writes the units of `bytes` to `out`, which has room for `unitCount(bytes)` of them at least, and
+// returns how many they are. Stops at the first byte that is not well-formed UTF-8 (Unicode, table
+// 3-7) and stores its position in `*valid`; `*valid == bytes.size()` when all is well.
+size_t decode(std::string_view bytes, std::span<char16_t> out, size_t* valid);
+// The same in a plain loop, for other processors.
+size_t decodePlainly(std::string_view bytes, char16_t* out, size_t* valid);
 
 // The whole text; each maximal part of an ill-formed sequence becomes one U+FFFD.
 std::u16string decodeReplacing(std::string_view bytes);

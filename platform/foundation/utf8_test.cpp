@@ -73,5 +73,53 @@ TEST(UTF8Law, ComesBack) {
   }
 }
 
+// Long texts of every mix of lengths, with and without a fault somewhere: the vector code against
+// the plain loop, which the rows and ICU above stand for.
+TEST(UTF8Law, BlocksAgreeWithThePlainLoop) {
+  std::mt19937 random(32);
+  constexpr uint32_t kLimits[] = {0x80, 0x800, 0x10000, 0x110000};
+  for (int round = 0; round < 20000; ++round) {
+    std::string bytes;
+    const uint32_t mix = random() % 16;
+    for (size_t i = random() % 120; i > 0; --i) {
+      const uint32_t kind = random() % 4;
+      const uint32_t c = mix >> kind & 1 ? random() % kLimits[kind] : 'a' + random() % 26;
+      if (c < 0xD800 || c > 0xDFFF) utf8::appendCodePoint(c, &bytes);
+    }
+    for (uint32_t faults = round % 2 == 0 ? 0 : 1 + random() % 2; faults > 0; --faults) {
+      if (!bytes.empty()) bytes[random() % bytes.size()] = static_cast<char>(random());
+    }
+    if (random() % 4 == 0) bytes.resize(random() % (bytes.size() + 1));
+    std::u16string plain(bytes.size(), u'\0'), fast(utf8::unitCount(bytes), u'\0');
+    size_t plainValid = 0, fastValid = 0;
+    plain.resize(utf8::decodePlainly(bytes, plain.data(), &plainValid));
+    ASSERT_LE(plain.size(), fast.size());
+    fast.resize(utf8::decode(bytes, fast, &fastValid));
+    ASSERT_EQ(fastValid, plainValid) << testing::PrintToString(bytes);
+    ASSERT_EQ(fast, plain) << testing::PrintToString(bytes);
+  }
+}
+
+// Every pair and triple of bytes that decides something, at every place around a block's end.
+TEST(UTF8Law, FaultsAreFoundAcrossBlocks) {
+  constexpr std::string_view kBytes =
+      "a\x80\x8F\x90\x9F\xA0\xBF\xC0\xC2\xE0\xE1\xED\xF0\xF1\xF4\xF5";
+  for (size_t place = 29; place < 34; ++place) {
+    for (size_t i = 0; i < kBytes.size() * kBytes.size() * kBytes.size() * kBytes.size(); ++i) {
+      std::string bytes(80, 'b');
+      size_t rest = i;
+      for (size_t k = 0; k < 4; ++k, rest /= kBytes.size()) {
+        bytes[place + k] = kBytes[rest % kBytes.size()];
+      }
+      char16_t plain[80], fast[80];
+      size_t plainValid = 0, fastValid = 0;
+      const size_t count = utf8::decodePlainly(bytes, plain, &plainValid);
+      ASSERT_EQ(utf8::decode(bytes, fast, &fastValid), count) << testing::PrintToString(bytes);
+      ASSERT_EQ(fastValid, plainValid) << testing::PrintToString(bytes);
+      ASSERT_EQ(std::u16string_view(fast, count), std::u16string_view(plain, count));
+    }
+  }
+}
+
 }  // namespace
 }  // namespace kelspar
