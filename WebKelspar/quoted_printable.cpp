@@ -63,7 +63,7 @@ size_t readUTF8(std::u16string_view text, size_t at, char16_t** out) {
     bytes[i] = static_cast<char>(byte);
   }
   size_t valid = 0;
-  *out += utf8::decode({bytes, length}, *out, &valid);
+  *out += utf8::decodePlainly({bytes, length}, *out, &valid);
   return valid == length ? at : 0;
 }
 

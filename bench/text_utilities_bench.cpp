@@ -74,6 +74,10 @@ constexpr std::u16string_view kRussian =
     u"Добрый день, высылаем вам письмо о встрече в понедельник.\r\n";
 constexpr std::u16string_view kJapanese = u"日本語の手紙を送ります。よろしくお願いします。\r\n";
 constexpr std::u16string_view kFrench = u"Voilà une lettre très brève, envoyée de l'été.\r\n";
+constexpr std::u16string_view kSimplified = u"您好，附件是会议的资料，请查收。谢谢。\r\n";
+constexpr std::u16string_view kTraditional = u"您好，附件是會議的資料，請查收。謝謝。\r\n";
+constexpr std::u16string_view kKorean = u"안녕하세요. 회의 자료를 첨부하여 보내 드립니다.\r\n";
+constexpr std::u16string_view kEmoji = u"Gut \U0001F600, bis morgen \U0001F44D!\r\n";
 
 void decode(benchmark::State& state, std::u16string_view pattern, NSStringEncoding encoding) {
   const std::string bytes = encoded(pattern, encoding, 1 << 20);
@@ -90,14 +94,29 @@ void decodeByICU(benchmark::State& state, std::u16string_view pattern, NSStringE
   }
   state.SetBytesProcessed(state.iterations() * static_cast<int64_t>(bytes.size()));
 }
-BENCHMARK_CAPTURE(decode, Windows1251, kRussian, 11);
-BENCHMARK_CAPTURE(decodeByICU, Windows1251, kRussian, 11, "windows-1251");
-BENCHMARK_CAPTURE(decode, ShiftJIS, kJapanese, 8);
-BENCHMARK_CAPTURE(decodeByICU, ShiftJIS, kJapanese, 8, "windows-932");
-BENCHMARK_CAPTURE(decode, UTF8, kRussian, 4);
-BENCHMARK_CAPTURE(decodeByICU, UTF8, kRussian, 4, "utf-8");
-BENCHMARK_CAPTURE(decode, Latin1, kFrench, 5);
-BENCHMARK_CAPTURE(decodeByICU, Latin1, kFrench, 5, "iso-8859-1");
+
+// Each beside ICU's converter.
+#define DECODE(name, pattern, encoding, converter)    \
+  BENCHMARK_CAPTURE(decode, name, pattern, encoding); \
+  BENCHMARK_CAPTURE(decodeByICU, name, pattern, encoding, converter)
+DECODE(UTF8Cyrillic, kRussian, 4, "utf-8");
+DECODE(UTF8Japanese, kJapanese, 4, "utf-8");
+DECODE(UTF8French, kFrench, 4, "utf-8");
+DECODE(UTF8Emoji, kEmoji, 4, "utf-8");
+DECODE(Ascii, kProse, 1, "us-ascii");
+DECODE(Latin1, kFrench, 5, "iso-8859-1");
+DECODE(Windows1251, kRussian, 11, "windows-1251");
+DECODE(Windows1252, kFrench, 12, "windows-1252");
+DECODE(KOI8, kRussian, 0x80000A02, "koi8-r");
+DECODE(EBCDIC, kProse, 0x80000C02, "ibm-37");
+DECODE(ShiftJIS, kJapanese, 8, "windows-932");
+DECODE(EUCJP, kJapanese, 3, "euc-jp");
+DECODE(GB18030, kSimplified, 0x80000632, "gb18030");
+DECODE(Big5, kTraditional, 0x80000A03, "windows-950");
+DECODE(EUCKR, kKorean, 0x80000940, "windows-949");
+DECODE(ISO2022JP, kJapanese, 21, "iso-2022-jp");
+DECODE(UTF16, kRussian, 0x90000100, "utf-16be");
+DECODE(UTF32, kRussian, 0x98000100, "utf-32be");
 
 // Items are texts; a detection includes the decoding.
 void detect(benchmark::State& state, std::u16string_view pattern, NSStringEncoding encoding) {

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 #include <random>
 
 #include "platform/foundation/NSException.h"
@@ -37,6 +39,20 @@ TEST(NSString, LongBuffersAreTakenOver) {
   std::u16string buffer(1000, u'x');
   const char16_t* units = buffer.data();
   EXPECT_EQ(NSString(std::move(buffer)).view().data(), units);
+}
+
+TEST(NSString, IsBuiltWithinRoom) {
+  const auto letters = [](size_t room, size_t count) {
+    return NSString::buildAtMost(room, [count](char16_t* out) {
+      std::fill_n(out, count, u'a');
+      return count;
+    });
+  };
+  EXPECT_EQ(letters(8, 8), NSString(u"aaaaaaaa"));
+  EXPECT_EQ(letters(8, 5), NSString(u"aaaaa"));
+  EXPECT_EQ(letters(100, 2), NSString(u"aa")) << "the room is given back";
+  EXPECT_EQ(letters(8, 0), NSString(u""));
+  EXPECT_EQ(letters(0, 0), NSString(u""));
 }
 
 TEST(NSString, LoneSurrogatesAreKept) {

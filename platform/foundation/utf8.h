@@ -18,7 +18,7 @@ inline constexpr char16_t kReplacement = 0xFFFD;
 // returns how many they are. Stops at the first byte that is not well-formed UTF-8 (Unicode, table
 // 3-7) and stores its position in `*valid`; `*valid == bytes.size()` when all is well.
 size_t decode(std::string_view bytes, std::span<char16_t> out, size_t* valid);
-// The same in a plain loop, for other processors.
+// The same in a plain loop: for single characters and for other processors.
 size_t decodePlainly(std::string_view bytes, char16_t* out, size_t* valid);
 
 // The whole text; each maximal part of an ill-formed sequence becomes one U+FFFD.

@@ -3,7 +3,6 @@
 // and Lemire, "Validating UTF-8 in less than one instruction per byte" (2021).
 #include "platform/foundation/utf8_vector.h"
 
-#include <algorithm>
 #include <array>
 #include <cstdint>
 
@@ -235,11 +234,11 @@ bool hasVectors() {
 KELSPAR_AVX2 Progress decodeBlocks(std::string_view text, std::span<char16_t> out) {
   const auto* const bytes = reinterpret_cast<const uint8_t*>(text.data());
   char16_t* put = out.data();
-  char16_t* const last = out.data() + out.size() - std::min(out.size(), kBlock);
+  const char16_t* const end = out.data() + out.size();
   __m256i previous = _mm256_setzero_si256();
   uint32_t fourBefore = 0;  // the last byte of the block before leads four
   size_t at = 0;
-  for (; at + kBlock + kLookahead <= text.size() && put <= last; at += kBlock) {
+  for (; at + kBlock + kLookahead <= text.size() && end - put >= ptrdiff_t{kBlock}; at += kBlock) {
     const auto block = _mm256_loadu_si256(reinterpret_cast<const __m256i*>(bytes + at));
     if (_mm256_movemask_epi8(block) == 0) {
       const uint32_t tail = bytesAbove(previous, 0xBF) >> 29;

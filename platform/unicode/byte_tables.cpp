@@ -2,10 +2,10 @@
 #include "platform/unicode/byte_tables.h"
 
 #include <algorithm>
+#include <bit>
 #include <cstring>
 #include <mutex>
 
-#include "platform/foundation/scan.h"
 #include "platform/foundation/utf8.h"
 #include "platform/unicode/icu_converter.h"
 #include "platform/unicode/own_tables.h"
@@ -13,6 +13,8 @@
 namespace kelspar {
 
 namespace {
+
+constexpr NSStringEncoding kGB18030 = 0x80000632;
 
 // One table a row, made under a lock and found by its place in the list afterwards.
 template <class Table, class Make>
@@ -57,12 +59,11 @@ SingleByteTable::SingleByteTable(const EncodingRow& row) {
   for (unsigned byte = 0; byte < 256; ++byte) {
     units_[byte] = unitOf(row, byte);
     isAsciiBelow128_ &= byte >= 0x80 || units_[byte] == byte;
-    if (units_[byte] == utf8::kReplacement) {
-      holes_.push_back(static_cast<uint8_t>(byte));
-    } else {
+    if (units_[byte] != utf8::kReplacement) {
       bytes_.emplace_back(units_[byte], static_cast<uint8_t>(byte));
     }
   }
+  rows_ = byteRows(units_);
   std::ranges::stable_sort(bytes_, {}, &std::pair<char16_t, uint8_t>::first);
 }
 
@@ -70,44 +71,34 @@ const SingleByteTable& SingleByteTable::of(const EncodingRow& row) {
   return sharedTable<SingleByteTable>(row, [&row] { return new SingleByteTable(row); });
 }
 
-bool SingleByteTable::isDefined(std::string_view bytes) const {
-  switch (holes_.size()) {
-    case 0:
-      return true;
-    case 1:
-      return scan::findAny(bytes, 0, holes_[0]) == bytes.size();
-    case 5:
-      return scan::findAny(bytes, 0, holes_[0], holes_[1], holes_[2], holes_[3], holes_[4]) ==
-             bytes.size();
-    default:
-      return std::ranges::none_of(bytes, [this](char byte) {
-        return units_[static_cast<uint8_t>(byte)] == utf8::kReplacement;
-      });
-  }
+NSString SingleByteTable::decode(std::string_view bytes) const {
+  bool defined = true;
+  NSString text = NSString::build(bytes.size(), [&](char16_t* out) {
+    size_t at = 0;
+    if (hasByteVectors()) at = decodeByteBlocks(rows_, isAsciiBelow128_, bytes, out, &defined);
+    if (!decodePlainly(bytes.substr(at), out + at)) defined = false;
+  });
+  return defined ? text : nil;
 }
 
-NSString SingleByteTable::decode(std::string_view bytes) const {
-  if (!isDefined(bytes)) return nil;
-  return NSString::build(bytes.size(), [&](char16_t* out) {
-    size_t at = 0;
-    const auto* in = reinterpret_cast<const uint8_t*>(bytes.data());
-    for (; at + 16 <= bytes.size(); at += 16) {
-      uint64_t words[2];
-      std::memcpy(words, in + at, 16);
-      if (isAsciiBelow128_ && ((words[0] | words[1]) & UINT64_C(0x8080808080808080)) == 0) {
-        utf8::widen(bytes.substr(at, 16), out + at);
-        continue;
-      }
-      // Byte by byte out of the registers: the stores must not come between the loads.
-      for (size_t half = 0; half < 2; ++half) {
-        const uint64_t word = words[half];
-        for (size_t i = 0; i < 8; ++i) {
-          out[at + half * 8 + i] = units_[static_cast<uint8_t>(word >> (8 * i))];
-        }
-      }
+bool SingleByteTable::decodePlainly(std::string_view bytes, char16_t* out) const {
+  bool defined = true;
+  size_t at = 0;
+  for (; at + 8 <= bytes.size(); at += 8) {
+    uint64_t word;
+    std::memcpy(&word, bytes.data() + at, 8);
+    // Byte by byte out of the register: the stores must not come between the loads.
+    for (size_t i = 0; i < 8; ++i) {
+      const char16_t unit = units_[static_cast<uint8_t>(word >> (8 * i))];
+      defined &= unit != utf8::kReplacement;
+      out[at + i] = unit;
     }
-    for (; at < bytes.size(); ++at) out[at] = units_[in[at]];
-  });
+  }
+  for (; at < bytes.size(); ++at) {
+    out[at] = units_[static_cast<uint8_t>(bytes[at])];
+    defined &= out[at] != utf8::kReplacement;
+  }
+  return defined;
 }
 
 NSData SingleByteTable::encode(std::u16string_view text) const {
@@ -125,13 +116,23 @@ NSData SingleByteTable::encode(std::u16string_view text) const {
   return NSData(std::move(bytes));
 }
 
-PairTable::PairTable(const EncodingRow& row) {
+PairTable::PairTable(const EncodingRow& row) : row_(row) {
+  switch (row.number) {
+    case NSJapaneseEUCStringEncoding:
+      longer_ = Longer::threeBytes;
+      break;
+    case kGB18030:
+      longer_ = Longer::fourBytes;
+      break;
+    default:
+      break;
+  }
   for (unsigned lead = 0; lead < 256; ++lead) {
     char text[2] = {static_cast<char>(lead), 0};
     singles_[lead] = lead < 0x80 ? static_cast<char16_t>(lead) : decodeOne(row, {text, 1});
-    const bool stands = singles_[lead] != utf8::kReplacement &&
-                        (lead < 0x80 || singles_[lead] < 0x80 || singles_[lead] > 0x9F);
-    if (stands) continue;
+    // The narrow sets have no C1 controls: ICU gives them for bytes that are not defined.
+    const bool isC1 = singles_[lead] >= 0x80 && singles_[lead] <= 0x9F;
+    if (singles_[lead] != utf8::kReplacement && !(isC1 && longer_ == Longer::none)) continue;
     singles_[lead] = 0;
     for (unsigned trail = 0x30; trail < 256; ++trail) {
       text[1] = static_cast<char>(trail);
@@ -146,31 +147,104 @@ const PairTable& PairTable::of(const EncodingRow& row) {
 }
 
 NSString PairTable::decode(std::string_view bytes) const {
-  const size_t ascii = utf8::asciiPrefix(bytes);
-  if (ascii == bytes.size()) {
-    return NSString::build(ascii, [&](char16_t* out) { utf8::widen(bytes, out); });
-  }
-  std::u16string units(bytes.size(), u'\0');
-  char16_t* out = units.data();
-  const auto* in = reinterpret_cast<const uint8_t*>(bytes.data());
-  const auto* const end = in + bytes.size();
-  while (in < end) {
-    const uint8_t lead = *in;
-    if (lead < 0x80) {
-      *out++ = lead;
-      ++in;
-    } else if (end - in > 1 && pair(lead, in[1]) != 0) {
-      *out++ = pair(lead, in[1]);
-      in += 2;
-    } else if (singles_[lead] != 0) {
-      *out++ = singles_[lead];
-      ++in;
-    } else {
-      return nil;
+  bool defined = true;
+  NSString text = NSString::buildAtMost(bytes.size(), [&](char16_t* const out) {
+    const auto* in = reinterpret_cast<const uint8_t*>(bytes.data());
+    const auto* const end = in + bytes.size();
+    char16_t* put = out;
+    while (in < end) {
+      if (*in < 0x80) {
+        *put++ = *in++;
+        if (in == end || *in >= 0x80) continue;
+        const std::string_view rest(reinterpret_cast<const char*>(in), end - in);
+        const size_t run = utf8::asciiPrefix(rest);
+        utf8::widen(rest.substr(0, run), put);
+        put += run, in += run;
+      } else if (end - in >= 8 && decodeFourPairs(in, put)) {
+        put += 4, in += 8;
+      } else {
+        const size_t used = decodeOther(in, static_cast<size_t>(end - in), &put);
+        if (used == 0) break;
+        in += used;
+      }
     }
+    defined = in == end;
+    return static_cast<size_t>(put - out);
+  });
+  return defined ? text : nil;
+}
+
+inline bool PairTable::decodeFourPairs(const uint8_t* in, char16_t* out) const {
+  uint64_t word;
+  std::memcpy(&word, in, 8);
+  if constexpr (std::endian::native == std::endian::little) word = __builtin_bswap64(word);
+  constexpr uint64_t kLeads = UINT64_C(0x8000800080008000);
+  if ((word & kLeads) != kLeads) return false;
+  const char16_t first = pairs_[word >> 48 & 0x7FFF], second = pairs_[word >> 32 & 0x7FFF],
+                 third = pairs_[word >> 16 & 0x7FFF], fourth = pairs_[word & 0x7FFF];
+  if (first == 0 || second == 0 || third == 0 || fourth == 0) return false;
+  out[0] = first, out[1] = second, out[2] = third, out[3] = fourth;
+  return true;
+}
+
+// One character that begins above 0x7F. Returns its bytes; 0 when it is undefined.
+size_t PairTable::decodeOther(const uint8_t* in, size_t size, char16_t** out) const {
+  if (size > 1 && pair(in[0], in[1]) != 0) {
+    *(*out)++ = pair(in[0], in[1]);
+    return 2;
   }
-  units.resize(static_cast<size_t>(out - units.data()));
-  return NSString(std::move(units));
+  if (singles_[in[0]] == 0) return decodeLonger(in, size, out);
+  *(*out)++ = singles_[in[0]];
+  return 1;
+}
+
+// Sequences of three bytes (JIS X 0212 behind 0x8F) and of four (GB 18030).
+size_t PairTable::decodeLonger(const uint8_t* in, size_t size, char16_t** out) const {
+  if (longer_ == Longer::threeBytes && size >= 3 && in[0] == 0x8F && in[1] >= 0x80) {
+    const char16_t unit = longerUnits()[(in[1] & 0x7F) << 8 | in[2]];
+    if (unit == 0) return 0;
+    *(*out)++ = unit;
+    return 3;
+  }
+  if (longer_ != Longer::fourBytes || size < 4) return 0;
+  constexpr uint8_t kFirst[] = {0x81, 0x30, 0x81, 0x30}, kLast[] = {0xFE, 0x39, 0xFE, 0x39};
+  uint32_t place = 0;
+  for (size_t i = 0; i < 4; ++i) {
+    if (in[i] < kFirst[i] || in[i] > kLast[i]) return 0;
+    place = place * (kLast[i] - kFirst[i] + 1u) + in[i] - kFirst[i];
+  }
+  if (place < kFourByteUnits) {
+    const char16_t unit = longerUnits()[place];
+    if (unit == 0) return 0;
+    *(*out)++ = unit;
+    return 4;
+  }
+  constexpr uint32_t kPlaceOfPlane1 = 189'000;  // 90 30 81 30
+  if (place < kPlaceOfPlane1 || place - kPlaceOfPlane1 > 0xFFFFF) return 0;
+  const uint32_t c = place - kPlaceOfPlane1;
+  *(*out)++ = static_cast<char16_t>(0xD800 | c >> 10);
+  *(*out)++ = static_cast<char16_t>(0xDC00 | (c & 0x3FF));
+  return 4;
+}
+
+// Made when the first such sequence comes: most texts have none.
+std::span<const char16_t> PairTable::longerUnits() const {
+  std::call_once(longerOnce_, [this] {
+    const bool isThree = longer_ == Longer::threeBytes;
+    longerUnits_.resize(isThree ? 128 * 256 : kFourByteUnits);
+    for (size_t place = 0; place < longerUnits_.size(); ++place) {
+      char text[4] = {'\x8F', static_cast<char>(0x80 | place >> 8), static_cast<char>(place), 0};
+      if (!isThree) {
+        text[0] = static_cast<char>(0x81 + place / 12'600);
+        text[1] = static_cast<char>(0x30 + place / 1'260 % 10);
+        text[2] = static_cast<char>(0x81 + place / 10 % 126);
+        text[3] = static_cast<char>(0x30 + place % 10);
+      }
+      const char16_t unit = decodeOne(row_, {text, isThree ? 3u : 4u});
+      if (unit != utf8::kReplacement) longerUnits_[place] = unit;
+    }
+  });
+  return longerUnits_;
 }
 
 }  // namespace kelspar

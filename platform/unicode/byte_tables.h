@@ -4,10 +4,13 @@
 
 #include <array>
 #include <memory>
+#include <mutex>
+#include <span>
 #include <vector>
 
 #include "platform/foundation/NSData.h"
 #include "platform/foundation/NSString.h"
+#include "platform/unicode/byte_vector.h"
 #include "platform/unicode/encoding_table.h"
 
 namespace kelspar {
@@ -22,20 +25,23 @@ class SingleByteTable {
   [[nodiscard]] char16_t unit(uint8_t byte) const { return units_[byte]; }
   // nil when a byte is undefined.
   [[nodiscard]] NSString decode(std::string_view bytes) const;
+  // The plain loop of it, for other processors and what is left behind the last block; false when a
+  // byte is undefined. `out` has room for a unit a byte.
+  bool decodePlainly(std::string_view bytes, char16_t* out) const;
   // nil when a unit is not in the table.
   [[nodiscard]] NSData encode(std::u16string_view text) const;
 
  private:
   explicit SingleByteTable(const EncodingRow& row);
-  [[nodiscard]] bool isDefined(std::string_view bytes) const;
 
   std::array<char16_t, 256> units_;
+  ByteRows rows_;
   bool isAsciiBelow128_ = true;
-  std::vector<uint8_t> holes_;
   std::vector<std::pair<char16_t, uint8_t>> bytes_;  // sorted by unit
 };
 
 // One byte below 0x80 (ASCII) or a few single ones above; otherwise two bytes, all in the BMP.
+// EUC-JP has sequences of three bytes besides, GB 18030 of four.
 class PairTable {
  public:
   // For rows of the shape pairs; lives as long as the process.
@@ -51,10 +57,21 @@ class PairTable {
   [[nodiscard]] char16_t alone(uint8_t byte) const { return singles_[byte]; }
 
  private:
-  explicit PairTable(const EncodingRow& row);
+  enum class Longer : uint8_t { none, threeBytes, fourBytes };
+  static constexpr size_t kFourByteUnits = 39'420;  // what stands in the BMP
 
+  explicit PairTable(const EncodingRow& row);
+  bool decodeFourPairs(const uint8_t* in, char16_t* out) const;
+  size_t decodeOther(const uint8_t* in, size_t size, char16_t** out) const;
+  size_t decodeLonger(const uint8_t* in, size_t size, char16_t** out) const;
+  [[nodiscard]] std::span<const char16_t> longerUnits() const;
+
+  const EncodingRow& row_;
+  Longer longer_ = Longer::none;
   std::array<char16_t, 256> singles_{};
   std::array<char16_t, 128 * 256> pairs_{};
+  mutable std::once_flag longerOnce_;
+  mutable std::vector<char16_t> longerUnits_;
 };
 
 }  // namespace kelspar

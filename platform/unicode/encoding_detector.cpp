@@ -57,7 +57,10 @@ NSString decodeReplacing(std::string_view bytes, NSStringEncoding encoding) {
 class Detector {
  public:
   Detector(std::string_view bytes, Allowed suggested, bool onlySuggested)
-      : bytes_(bytes), suggested_(suggested), onlySuggested_(onlySuggested) {}
+      : bytes_(bytes),
+        isAscii_(utf8::asciiPrefix(bytes) == bytes.size()),
+        suggested_(suggested),
+        onlySuggested_(onlySuggested) {}
 
   EncodingDetection run() const {
     if (auto found = byMark()) return *found;
@@ -130,8 +133,9 @@ class Detector {
 
   // Seven-bit encodings that shift between sets (RFC 1468, 1554, 1557, 1922, 1843).
   [[nodiscard]] Found byEscapes() const {
-    const size_t at = scan::findAny(bytes_, 0, '\x1B', '~', '\x0E');
-    if (at == bytes_.size() || utf8::asciiPrefix(bytes_) != bytes_.size()) return std::nullopt;
+    if (!isAscii_ || scan::findAny(bytes_, 0, '\x1B', '~', '\x0E') == bytes_.size()) {
+      return std::nullopt;
+    }
     const auto has = [this](std::string_view sequence) {
       return bytes_.find(sequence) != bytes_.npos;
     };
@@ -153,7 +157,7 @@ class Detector {
   }
 
   [[nodiscard]] Found asUTF8() const {
-    if (utf8::asciiPrefix(bytes_) == bytes_.size()) {
+    if (isAscii_) {
       if (auto found = decode(NSASCIIStringEncoding)) return found;
     }
     return decode(NSUTF8StringEncoding);
@@ -188,6 +192,7 @@ class Detector {
   }
 
   std::string_view bytes_;
+  bool isAscii_;
   Allowed suggested_;
   bool onlySuggested_;
 };

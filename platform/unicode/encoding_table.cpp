@@ -16,7 +16,7 @@ using enum EncodingShape;
 constexpr EncodingRow kRows[] = {
     {1, u"Western (ASCII)", ascii, nullptr},
     {2, u"Western (NextStep)", own, nullptr},
-    {3, u"Japanese (EUC)", multi, "euc-jp"},
+    {3, u"Japanese (EUC)", pairs, "euc-jp"},
     {4, u"Unicode (UTF-8)", utf8, nullptr},
     {5, u"Western (ISO Latin 1)", latin1, nullptr},
     {6, u"Symbol (Mac OS)", own, nullptr},
@@ -72,7 +72,7 @@ constexpr EncodingRow kRows[] = {
     {0x80000507, u"Baltic (Windows)", windows, "windows-1257"},
     {0x80000508, u"Vietnamese (Windows)", windows, "windows-1258"},
     {0x80000631, u"Chinese (GBK)", pairs, "windows-936"},
-    {0x80000632, u"Chinese (GB 18030)", multi, "gb18030"},
+    {0x80000632, u"Chinese (GB 18030)", pairs, "gb18030"},
     {0x80000821, u"Japanese (ISO 2022-JP-2)", multi, "ISO_2022,locale=ja,version=2"},
     {0x80000822, u"Japanese (ISO 2022-JP-1)", multi, "ISO_2022,locale=ja,version=1"},
     {0x80000830, u"Chinese (ISO 2022-CN)", multi, "ISO_2022,locale=zh,version=0"},

@@ -10,7 +10,7 @@
 namespace kelspar {
 
 // How an encoding is converted. `windows` pages refuse the C1 controls that ICU gives for the bytes
-// which they leave undefined; `pairs` are one or two bytes a character; `own` have a table of ours.
+// which they leave undefined; `pairs` are mostly one or two bytes a character; `own` have a table of ours.
 enum class EncodingShape : uint8_t {
   ascii,
   latin1,

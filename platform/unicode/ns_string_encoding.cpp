@@ -19,8 +19,18 @@ using Shape = EncodingShape;
 
 constexpr bool kIsBigEndian = std::endian::native == std::endian::big;
 
+// Four units at a time: whether one of them is a surrogate.
+bool holdsSurrogate(const char16_t* units) {
+  uint64_t word;
+  std::memcpy(&word, units, 8);
+  const uint64_t kind = (word ^ UINT64_C(0xD800D800D800D800)) & UINT64_C(0xF800F800F800F800);
+  return ((kind - UINT64_C(0x0800080008000800)) & ~kind & UINT64_C(0x8000800080008000)) != 0;
+}
+
 bool hasLoneSurrogates(std::u16string_view text) {
   for (size_t i = 0; i < text.size(); ++i) {
+    while (i + 4 <= text.size() && !holdsSurrogate(text.data() + i)) i += 4;
+    if (i == text.size()) break;
     if ((text[i] & 0xF800) != 0xD800) continue;
     const bool isPair = text[i] < 0xDC00 && i + 1 < text.size() && (text[i + 1] & 0xFC00) == 0xDC00;
     if (!isPair) return true;
@@ -29,35 +39,60 @@ bool hasLoneSurrogates(std::u16string_view text) {
   return false;
 }
 
-char16_t swapped(char16_t unit) { return static_cast<char16_t>(unit << 8 | unit >> 8); }
+void swapUnits(std::string_view bytes, char16_t* out) {
+  size_t at = 0;
+  for (; at + 8 <= bytes.size(); at += 8) {
+    constexpr uint64_t kLow = UINT64_C(0x00FF00FF00FF00FF);
+    uint64_t word;
+    std::memcpy(&word, bytes.data() + at, 8);
+    word = (word & kLow) << 8 | (word >> 8 & kLow);
+    std::memcpy(out + at / 2, &word, 8);
+  }
+  for (; at < bytes.size(); at += 2) {
+    char16_t unit;
+    std::memcpy(&unit, bytes.data() + at, 2);
+    out[at / 2] = static_cast<char16_t>(unit << 8 | unit >> 8);
+  }
+}
 
 NSString decodeUTF16(std::string_view bytes, bool bigEndian) {
   if (bytes.size() % 2 != 0) return nil;
   NSString text = NSString::build(bytes.size() / 2, [&](char16_t* out) {
-    std::memcpy(out, bytes.data(), bytes.size());
-    if (bigEndian == kIsBigEndian) return;
-    for (size_t i = 0; i < bytes.size() / 2; ++i) out[i] = swapped(out[i]);
+    if (bigEndian == kIsBigEndian) {
+      std::memcpy(out, bytes.data(), bytes.size());
+    } else {
+      swapUnits(bytes, out);
+    }
   });
   return hasLoneSurrogates(text) ? nil : text;
 }
 
+char32_t codePointAt(std::string_view bytes, size_t at, bool bigEndian) {
+  uint32_t c;
+  std::memcpy(&c, bytes.data() + at, 4);
+  return bigEndian == kIsBigEndian ? c : __builtin_bswap32(c);
+}
+
 NSString decodeUTF32(std::string_view bytes, bool bigEndian) {
   if (bytes.size() % 4 != 0) return nil;
-  std::u16string units;
-  units.reserve(bytes.size() / 4);
+  size_t count = bytes.size() / 4;
+  bool isValid = true;
   for (size_t i = 0; i < bytes.size(); i += 4) {
-    uint32_t c = 0;
-    for (size_t k = 0; k < 4; ++k) {
-      c = c << 8 | static_cast<uint8_t>(bytes[bigEndian ? i + k : i + 3 - k]);
-    }
-    if (c > 0x10FFFF || (c & 0xFFFFF800) == 0xD800) return nil;
-    if (c >= 0x10000) {
-      units.push_back(static_cast<char16_t>(0xD7C0 + (c >> 10)));
-      c = 0xDC00 + (c & 0x3FF);
-    }
-    units.push_back(static_cast<char16_t>(c));
+    const char32_t c = codePointAt(bytes, i, bigEndian);
+    isValid &= c <= 0x10FFFF && (c & 0xFFFFF800) != 0xD800;
+    count += c >= 0x10000;
   }
-  return NSString(std::move(units));
+  if (!isValid) return nil;
+  return NSString::build(count, [&](char16_t* out) {
+    for (size_t i = 0; i < bytes.size(); i += 4) {
+      char32_t c = codePointAt(bytes, i, bigEndian);
+      if (c >= 0x10000) {
+        *out++ = static_cast<char16_t>(0xD7C0 + (c >> 10));
+        c = 0xDC00 + (c & 0x3FF);
+      }
+      *out++ = static_cast<char16_t>(c);
+    }
+  });
 }
 
 // Without a mark: big-endian (RFC 2781, 4.3).

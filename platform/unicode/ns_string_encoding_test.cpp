@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <random>
+
 #include "platform/unicode/code_pages.h"
 
 namespace kelspar {
@@ -86,6 +88,37 @@ TEST(Encoding, WritesMarksWhereTheOrderIsOpen) {
   const NSData widest = dataUsingEncoding(u"\U0001F4A9", NSUTF32StringEncoding);
   EXPECT_EQ(widest.length(), 8u);
   EXPECT_EQ(stringWithData(widest, NSUTF32StringEncoding), NSString(u"\U0001F4A9"));
+}
+
+// Text of every width, some of it with a lone surrogate, at lengths around the blocks of the
+// decoders.
+TEST(Encoding, WideFormsComeBackOrAreRefused) {
+  std::mt19937 random(16);
+  for (int round = 0; round < 4000; ++round) {
+    std::u16string units;
+    for (size_t i = random() % 40; i > 0; --i) {
+      units +=
+          static_cast<char16_t>(random() % 3 == 0 ? 0xE000 + random() % 0x1FFF : random() % 0xD800);
+      if (random() % 10 == 0) units += u"\U0001F600";
+    }
+    std::string little, big;
+    for (const char16_t unit : units) {
+      const char low = static_cast<char>(unit), high = static_cast<char>(unit >> 8);
+      little += {low, high};
+      big += {high, low};
+    }
+    ASSERT_EQ(stringWithBytes(little, NSUTF16LittleEndianStringEncoding), NSString(units));
+    ASSERT_EQ(stringWithBytes(big, NSUTF16BigEndianStringEncoding), NSString(units));
+    for (const auto wide : {NSUTF32LittleEndianStringEncoding, NSUTF32BigEndianStringEncoding}) {
+      ASSERT_EQ(stringWithData(dataUsingEncoding(NSString(units), wide), wide), NSString(units));
+    }
+    const size_t at = random() % (units.size() + 1) * 2;
+    const auto lone = static_cast<char>(0xD8 + random() % 8);
+    ASSERT_FALSE(stringWithBytes(little.insert(at, {'x', lone, 'y', '\0'}),
+                                 NSUTF16LittleEndianStringEncoding));
+    ASSERT_FALSE(
+        stringWithBytes(big.insert(at, {lone, 'x', '\0', 'y'}), NSUTF16BigEndianStringEncoding));
+  }
 }
 
 struct RefusedRow {
