@@ -107,13 +107,11 @@ void LineMaker::takeRun(PangoGlyphItem* item, const PangoText& text, Place place
   const auto edge = [this](int glyph) { return edges_[static_cast<size_t>(glyph)]; };
   const double left = edge(std::min(a.glyph, b.glyph));
   const double right = edge(std::max(a.glyph + a.glyphs, b.glyph + b.glyphs));
-  if (look.background) {
-    line_->fills.push_back({left, 0, right - left, line_->bottom - line_->top, *look.background});
-  }
-  if (look.link && right > left) line_->links.push_back({left, right - left, look.link});
-  if (look.attachment && a.isBlank) return takePictures(text, place, first, last, look);
-  if (!item->item->analysis.font) return;
-  decorate(*fontOf(item->item->analysis.font), place, left, right, look);
+  PangoFont* const font = item->item->analysis.font;
+  const bool isPicture = look.attachment && a.isBlank;
+  decorate(font && !isPicture ? fontOf(font).get() : nullptr, place.y, left, right, look, line_);
+  if (isPicture) return takePictures(text, place, first, last, look);
+  if (!font) return;
   for (size_t from = first; from < last;) {
     const Cluster& cluster = clusters_[from];
     size_t to = from + 1;
@@ -138,16 +136,21 @@ void LineMaker::takePictures(const PangoText& text, Place place, size_t first, s
   }
 }
 
-void LineMaker::decorate(const PageFont& font, Place place, double left, double right,
-                         const NSTextAttributes& look) {
-  const NSColor color = look.foreground.value_or(kBlack);
-  if (look.underline) {
-    line_->fills.push_back(
-        {left, place.y + font.underlineTop, right - left, font.underlineHeight, color});
+void decorate(const PageFont* font, double baseline, double left, double right,
+              const NSTextAttributes& look, PageLine* line) {
+  if (right <= left) return;
+  if (look.background) {
+    line->fills.push_back({left, 0, right - left, line->bottom - line->top, *look.background});
   }
-  if (look.strikethrough) {
-    line_->fills.push_back(
-        {left, place.y + font.strikeTop, right - left, font.strikeHeight, color});
+  if (look.link) line->links.push_back({left, right - left, look.link});
+  const NSColor color = look.foreground.value_or(kBlack);
+  if (look.underline && font) {
+    line->fills.push_back(
+        {left, baseline + font->underlineTop, right - left, font->underlineHeight, color});
+  }
+  if (look.strikethrough && font) {
+    line->fills.push_back(
+        {left, baseline + font->strikeTop, right - left, font->strikeHeight, color});
   }
 }
 

@@ -13,6 +13,10 @@ typedef struct _PangoLayoutLine PangoLayoutLine;
 
 namespace kelspar {
 
+// Background, link and lines of what stands between `left` and `right`. Null font: no lines.
+void decorate(const PageFont* font, double baseline, double left, double right,
+              const NSTextAttributes& look, PageLine* line);
+
 class LineMaker {
  public:
   LineMaker() = default;
@@ -44,8 +48,6 @@ class LineMaker {
                   size_t last, const NSTextAttributes& look);
   void takePictures(const PangoText& text, Place place, size_t first, size_t last,
                     const NSTextAttributes& look);
-  void decorate(const PageFont& font, Place place, double left, double right,
-                const NSTextAttributes& look);
   [[nodiscard]] std::shared_ptr<const PageFont> fontOf(PangoFont* font);
 
   std::unordered_map<PangoFont*, std::shared_ptr<const PageFont>> fonts_;

@@ -13,6 +13,7 @@
 #include "platform/graphics/pango_fonts.h"
 #include "platform/graphics/pango_text.h"
 #include "platform/graphics/run_cursor.h"
+#include "platform/graphics/word_lines.h"
 
 namespace kelspar {
 
@@ -64,7 +65,8 @@ class ParagraphSetter::Setter {
         units_(string_.view()),
         looks_(text),
         context_(newPointContext()),
-        layout_(pango_layout_new(context_.get())) {
+        layout_(pango_layout_new(context_.get())),
+        words_(context_.get()) {
     pango_layout_set_single_paragraph_mode(layout_.get(), TRUE);
     pango_layout_set_auto_dir(layout_.get(), FALSE);
   }
@@ -75,7 +77,9 @@ class ParagraphSetter::Setter {
     findDirection(begin, end);
     for (size_t at = begin; at <= end;) {
       const size_t lineEnd = scan::findAny(units_.substr(0, end), at, u'\x2028', u'\f', u'\v');
-      y = setPieces(at, lineEnd, at == begin, y, lines);
+      if (!setWords(at, lineEnd, at == begin, &y, lines)) {
+        y = setPieces(at, lineEnd, at == begin, y, lines);
+      }
       at = lineEnd + 1;
     }
     maker_.forgetManyFonts();
@@ -122,13 +126,16 @@ class ParagraphSetter::Setter {
 
   // A list's marker stands in the indent.
   void hangMarker(size_t begin) {
-    constexpr double kHang = 16;
+    constexpr double kDigit = 0.5, kGap = 4, kLeast = 16;  // a digit's width in ems
     constexpr size_t kLongestMarker = 12;
-    if (style_->lists.empty() || first_ < head_ || head_ < kHang) return;
-    const size_t tab = scan::findAny(units_, begin, u'\t', u'\n');
-    if (tab - begin <= kLongestMarker && tab < units_.size() && units_[tab] == u'\t') {
-      first_ = head_ - kHang;
-    }
+    if (style_->lists.empty()) return;
+    const auto start = units_.substr(begin, kLongestMarker + 1);
+    const size_t tab = scan::findAny(start, 0, u'\t', u'\n');
+    if (tab == start.size() || start[tab] != u'\t') return;
+    const double size = std::clamp(looks_.lookAt(begin).font.size, 1.0, 100.0);
+    const double marker = static_cast<double>(tab) * kDigit * size + kGap;
+    const double hang = std::max(first_ < head_ ? head_ - first_ : kLeast, marker);
+    first_ = std::max(0.0, std::min(first_, head_ - hang));
   }
 
   void findDirection(size_t begin, size_t end) {
@@ -186,6 +193,26 @@ class ParagraphSetter::Setter {
     }
     if (text_.utf8().find('\t') != std::string::npos) setTabs();
     text_.applyTo(layout_.get());
+  }
+
+  // The short way, for plain text.
+  bool setWords(size_t begin, size_t end, bool isFirst, double* y, std::vector<PageLine>* lines) {
+    if (style_->alignment == NSTextAlignment::justified || isRightToLeft_) return false;
+    if (!words_.take(units_, begin, end, &looks_)) return false;
+    const auto* broken = words_.breakLines(right_ - (isFirst ? first_ : head_), right_ - head_);
+    if (!broken) return false;
+    for (const WordLines::Line& line : *broken) {
+      PageLine& out = lines->emplace_back();
+      const double height = lineHeight(line.height, false);
+      out.top = *y;
+      out.bottom = *y + height;
+      out.baseline = line.ascent + height - line.height;
+      const double indent = isFirst ? first_ : head_;
+      words_.compose(line, column_.left + startOf(line.width, indent), &out);
+      *y += height;
+      isFirst = false;
+    }
+    return true;
   }
 
   double setPieces(size_t at, size_t end, bool isFirst, double y, std::vector<PageLine>* lines) {
@@ -270,6 +297,7 @@ class ParagraphSetter::Setter {
   std::unique_ptr<PangoLayout, Release> layout_;
   PangoText text_;
   LineMaker maker_;
+  WordLines words_;
   const NSParagraphStyle* style_ = nullptr;
   Column column_;
   double first_ = 0, head_ = 0, right_ = 0;  // indents and right end, from the column's left edge
