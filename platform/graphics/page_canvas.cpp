@@ -104,6 +104,7 @@ bool PageCanvas::isBroken() const {
 }
 
 void PageCanvas::turnPage(bool isLast) {
+  showGathered();
   if (isLast && hasLinks_) cairo_tag_end(cairo_, "Document");
   cairo_show_page(cairo_);
 }
@@ -115,6 +116,7 @@ void PageCanvas::draw(const PageLine& line, double pageTop, double pageEnd) {
   for (const Fill& area : line.fills) fill(area, y, pageEnd - pageTop);
   for (const GlyphRun& run : line.glyphs) show(run, y, asText);
   for (const Picture& picture : line.pictures) show(picture, y);
+  if (!line.links.empty()) showGathered();  // a link's area stands behind its text
   for (const LinkArea& area : line.links) link(area, y, line.bottom - line.top);
 }
 
@@ -132,27 +134,57 @@ void PageCanvas::fill(const Fill& area, double y, double pageHeight) {
 }
 
 void PageCanvas::show(const GlyphRun& run, double y, bool asText) {
+  if (run.glyphs.empty()) return;
+  if (run.kind == GlyphKind::text && asText && !run.isBackward) return gather(run, y);
+  showGathered();
   moved_ = run.glyphs;
   for (PageGlyph& glyph : moved_) glyph.y += y;
   setColor(run.color);
   cairo_set_scaled_font(cairo_, run.font->scaled);
   const int count = static_cast<int>(moved_.size());
-  if (count == 0) return;
-  if (run.kind != GlyphKind::text) {
-    if (run.kind == GlyphKind::picture) cairo_show_glyphs(cairo_, cairoGlyphs(moved_), count);
-    if (run.kind == GlyphKind::missing) showBox(run, moved_[0]);
-    if (asText) hide(run.text, moved_[0].x, moved_[0].y);
-  } else if (asText) {
-    cairo_show_text_glyphs(cairo_, run.text.data(), static_cast<int>(run.text.size()),
-                           cairoGlyphs(moved_), count,
-                           reinterpret_cast<const cairo_text_cluster_t*>(run.clusters.data()),
-                           static_cast<int>(run.clusters.size()),
-                           run.isBackward ? CAIRO_TEXT_CLUSTER_FLAG_BACKWARD : kForwards);
-  } else {
-    // Glyphs without text: as outlines they would be fifty times as long.
+  if (run.kind == GlyphKind::text) {
     const cairo_text_cluster_t silent{0, count};
-    cairo_show_text_glyphs(cairo_, "", 0, cairoGlyphs(moved_), count, &silent, 1, kForwards);
+    const auto* clusters = reinterpret_cast<const cairo_text_cluster_t*>(run.clusters.data());
+    if (asText) {
+      cairo_show_text_glyphs(
+          cairo_, run.text.data(), static_cast<int>(run.text.size()), cairoGlyphs(moved_), count,
+          clusters, static_cast<int>(run.clusters.size()), CAIRO_TEXT_CLUSTER_FLAG_BACKWARD);
+    } else {
+      // Glyphs without text: as outlines they would be fifty times as long.
+      cairo_show_text_glyphs(cairo_, "", 0, cairoGlyphs(moved_), count, &silent, 1, kForwards);
+    }
+    return;
   }
+  if (run.kind == GlyphKind::picture) cairo_show_glyphs(cairo_, cairoGlyphs(moved_), count);
+  if (run.kind == GlyphKind::missing) showBox(run, moved_[0]);
+  if (asText) hide(run.text, moved_[0].x, moved_[0].y);
+}
+
+// Calls cost more than glyphs: runs of one font and colour go together, over lines as well.
+void PageCanvas::gather(const GlyphRun& run, double y) {
+  if (gathered_.font != run.font || gathered_.color != run.color) {
+    showGathered();
+    gathered_.font = run.font;
+    gathered_.color = run.color;
+  }
+  for (const PageGlyph& glyph : run.glyphs) {
+    gathered_.glyphs.push_back({glyph.index, glyph.x, glyph.y + y});
+  }
+  gathered_.clusters.insert(gathered_.clusters.end(), run.clusters.begin(), run.clusters.end());
+  gathered_.text += run.text;
+}
+
+void PageCanvas::showGathered() {
+  if (gathered_.glyphs.empty()) return;
+  setColor(gathered_.color);
+  cairo_set_scaled_font(cairo_, gathered_.font->scaled);
+  cairo_show_text_glyphs(cairo_, gathered_.text.data(), static_cast<int>(gathered_.text.size()),
+                         cairoGlyphs(gathered_.glyphs), static_cast<int>(gathered_.glyphs.size()),
+                         reinterpret_cast<const cairo_text_cluster_t*>(gathered_.clusters.data()),
+                         static_cast<int>(gathered_.clusters.size()), kForwards);
+  gathered_.glyphs.clear();
+  gathered_.clusters.clear();
+  gathered_.text.clear();
 }
 
 // As text only: a blank that stands for it.
@@ -186,6 +218,7 @@ void PageCanvas::showBox(const GlyphRun& run, const PageGlyph& place) {
 }
 
 void PageCanvas::show(const Picture& picture, double y) {
+  showGathered();
   const StoredPicture* stored = pictures_.find(picture.attachment->contents);
   if (!stored) {
     constexpr double kLeastFrame = 8;

@@ -31,6 +31,8 @@ class PageCanvas {
   void fill(const Fill& area, double y, double pageHeight);
   void show(const GlyphRun& run, double y, bool asText);
   void show(const Picture& picture, double y);
+  void gather(const GlyphRun& run, double y);
+  void showGathered();
   void showBox(const GlyphRun& run, const PageGlyph& place);
   void hide(std::string_view text, double x, double y);
   void link(const LinkArea& area, double y, double height);
@@ -44,6 +46,7 @@ class PageCanvas {
   cairo_scaled_font_t* plainFont_;
   unsigned long blank_;
   std::vector<PageGlyph> moved_;
+  GlyphRun gathered_;  // on the page, not drawn yet
 };
 
 }  // namespace kelspar
