@@ -63,7 +63,7 @@ TEST(CharsetLabels, AreFoundInHTML) {
     return MailKelspar::charsetDeclaredByHTML(NSData(html));
   };
   EXPECT_EQ(declared("<META charset='KOI8-R'>"), NSString(u"koi8-r"));
-  EXPECT_EQ(declared("<meta http-equiv=x content=\"text/html; charset=gb2312\">"),
+  EXPECT_EQ(declared("<meta http-equiv=Content-Type content=\"text/html; charset=gb2312\">"),
             NSString(u"gb2312"));
   EXPECT_EQ(declared("\xEF\xBB\xBF<p>"), NSString(u"utf-8"));
   EXPECT_EQ(declared("<meta charset=utf-16>"), NSString(u"utf-8"));

@@ -31,7 +31,8 @@ class NSAttributedString : public id {
 
   // The RTF reader (RTF 1.9.1): nil for nil and for bytes that begin no RTF document.
   [[nodiscard]] static NSAttributedString initWithRTF(const NSData& rtf);
-  // The HTML importer (WHATWG HTML): any bytes are HTML; they are UTF-8, or UTF-16 behind its mark.
+  // The HTML importer (WHATWG HTML): any bytes are HTML; they are UTF-8, or UTF-16 behind its mark,
+  // or else in the charset that the page declares.
   // Nothing is fetched: images come with their bytes from data: URLs only. nil for nil.
   [[nodiscard]] static NSAttributedString initWithHTML(const NSData& html);
 

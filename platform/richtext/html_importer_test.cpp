@@ -157,6 +157,39 @@ TEST(PlainTextFromHTML, BytesAreUTF8) {
             NSString(u"\u00E9\uFFFD"));
 }
 
+struct CharsetRow {
+  const char* name;
+  std::string_view page;
+  std::u16string_view text;
+};
+constexpr CharsetRow kCharsetRows[] = {
+    {"Meta", "<meta charset='windows-1251'>\xCF\xF0", u"\u041F\u0440"},
+    {"Pragma", "<META content='text/html; charset = \"koi8-r\"' HTTP-EQUIV=content-type>\xF0",
+     u"\u041F"},
+    {"ContentWithoutPragma", "<meta name=x content='text/html; charset=koi8-r'>\xF0", u"\uFFFD"},
+    {"InAComment", "<!-- <meta charset=koi8-r> --><meta charset=latin1>\xE9", u"\u00E9"},
+    {"TheFirstOneCounts", "<meta charset=latin1><meta charset=koi8-r>\xE9", u"\u00E9"},
+    {"UnknownLabelsArePassedOver", "<meta charset=nosuch><meta charset=latin1>\xE9", u"\u00E9"},
+    {"ValidUTF8IsUTF8", "<meta charset=latin1>\xC3\xA9", u"\u00E9"},
+    {"UTF16CannotBeSo", "<meta charset=utf-16>\xC3\xA9\xFF", u"\u00E9\uFFFD"},
+    {"TwoBytes", "<meta charset=shift_jis>\x93\xFA\x96\x7B", u"\u65E5\u672C"},
+};
+class Charset : public testing::TestWithParam<CharsetRow> {};
+TEST_P(Charset, OfThePage) {
+  EXPECT_EQ(plainTextFromHTML(NSData(GetParam().page)), NSString(GetParam().text));
+}
+INSTANTIATE_TEST_SUITE_P(Pages, Charset, testing::ValuesIn(kCharsetRows),
+                         [](const auto& row) { return std::string(row.param.name); });
+
+TEST(Charset, IsLookedForInTheFirstPart) {
+  const std::string meta = "<meta charset=latin1>\xE9";
+  const auto text = [&](size_t before) {
+    return plainTextFromHTML(NSData(std::string(before, ' ') + meta));
+  };
+  EXPECT_EQ(text(1003), NSString(u"\u00E9"));
+  EXPECT_EQ(text(1004), NSString(u"\uFFFD"));
+}
+
 // What plain text has as LF, attributed text has as U+2028 where a <br> ends the line.
 NSString plainLines(const NSString& text) {
   NSMutableString lines(text.view());
