@@ -53,10 +53,11 @@ bool holdsHTML(Tag tag) {
 
 }  // namespace
 
-Import::Import(std::u16string_view html, const HTMLImportOptions* options)
+Import::Import(std::u16string_view html, const HTMLImportOptions* options, const StyleSheet* sheet)
     : tokens_(html),
       layout_(html.size() / 4, options ? u'\u2028' : u'\n'),
-      sheet_(/*layoutOnly=*/options == nullptr),
+      sheet_(sheet ? *sheet : StyleSheet(/*layoutOnly=*/options == nullptr)),
+      knowsSheet_(sheet != nullptr),
       options_(options) {
   if (options_) looks_ = std::make_unique<Looks>();
   OpenElement body;
@@ -64,14 +65,11 @@ Import::Import(std::u16string_view html, const HTMLImportOptions* options)
   push(body);  // it is never taken off
 }
 
-NSString Import::plainText() { return NSString(run().text); }
+NSString Import::plainText() { return NSString(std::move(layout_).finish().text); }
 
-NSAttributedString Import::attributedText() {
-  TextLayout::Result result = run();
-  return looks_->finish(std::move(result));
-}
+NSAttributedString Import::attributedText() { return looks_->finish(std::move(layout_).finish()); }
 
-TextLayout::Result Import::run() {
+bool Import::run() {
   for (;;) {
     const Token& token = tokens_.next();
     switch (token.kind) {
@@ -79,13 +77,17 @@ TextLayout::Result Import::run() {
         text(token);
         break;
       case Token::Kind::startTag:
-        startTag(token);
+        if (token.tag == Tag::style && !elements_.top().foreign) {
+          if (!startStyle()) return false;
+        } else {
+          startTag(token);
+        }
         break;
       case Token::Kind::endTag:
         endTag(token);
         break;
       case Token::Kind::end:
-        return std::move(layout_).finish();
+        return true;
       default:
         break;
     }
@@ -99,7 +101,8 @@ void Import::text(const Token& token) {
     if (units.starts_with(u'\n')) units.remove_prefix(1);
   }
   if (mustReconstruct_ && !fosters() && !isAllSpace(units)) reconstruct();
-  if (elements_.top().hidden) return;
+  const OpenElement& top = elements_.top();
+  if (top.hidden || top.invisible || top.sizeless) return;
   if (looks_) layout_.setLook(looks_->current());
   if (fosters()) {
     if (isAllSpace(units)) return;
@@ -116,7 +119,6 @@ void Import::startTag(const Token& token) {
   skipsLineEnd_ = false;
   if (elements_.top().foreign) return startInForeign(token);
   const Tag tag = token.tag;
-  if (tag == Tag::style) return startStyle();
   if (tag == Tag::body) return startBody();
   if (isIgnored(tag)) return;
   if (has(tag, kFormatting)) return startFormatting(tag);
@@ -160,8 +162,10 @@ void Import::endItemBefore(Tag tag) {
 
 void Import::startVoid(Tag tag) {
   readDeclarations(tag);
-  const bool hidden = elements_.top().hidden || declarations_.hides();
-  if (hidden) return;
+  ancestry_ = {};  // it is not opened
+  const bool isSeen =
+      declarations_.has(Property::visibility) ? declarations_.visible : !elements_.top().invisible;
+  if (elements_.top().hidden || declarations_.hides() || !isSeen) return;
   const bool strays = fosters() && !layout_.isStraying() && !has(tag, kHidden);
   if (strays) layout_.beginStray(elements_.top().table);
   if (looks_) layout_.setLook(looks_->current());
@@ -194,17 +198,18 @@ void Import::startBody() {
   if (looks_) looks_->changeBody({Tag::body, &tokens_, &declarations_, true, false});
 }
 
-// The text of a style element is read at once: it is raw text.
-void Import::startStyle() {
-  const Attribute* const media = tokens_.attribute(u"media");
-  const bool applies = !media || StyleSheet::appliesToMedia(media->raw);
-  std::u16string css;
-  for (;;) {
-    const Token& token = tokens_.next();
-    if (token.kind != Token::Kind::text) break;
-    if (applies) css.append(token.text);
+// False: its rules come too late for what is open or was shown already.
+bool Import::startStyle() {
+  skipsLineEnd_ = false;
+  const uint32_t before = sheet_.rules();
+  if (knowsSheet_) {
+    while (tokens_.next().kind == Token::Kind::text) {
+    }
+    return true;
   }
-  if (applies) sheet_.add(css);
+  sheet_.readElement(&tokens_);
+  const bool isLate = elements_.size() > 1 || !layout_.isEmpty();
+  return !isLate || sheet_.rules() == before;
 }
 
 // SVG and MathML (13.2.6.5): text is shown as it comes; HTML's own tags end them.
@@ -233,6 +238,7 @@ void Import::startElement(const Token& token) {
 // What the element's attributes and the style sheets declare for it.
 void Import::readDeclarations(Tag tag) {
   declarations_ = Declarations();
+  ancestry_ = {};
   const auto attributes = tokens_.attributes();
   if (attributes.empty() && sheet_.isEmpty()) return;
   const Attribute *style = nullptr, *classes = nullptr, *identifier = nullptr;
@@ -258,8 +264,8 @@ void Import::readDeclarations(Tag tag) {
   }
   if (hidden && !covered) parseDeclarations(u"display:none", !looks_, &declarations_);
   if (!sheet_.isEmpty()) {
-    sheet_.apply(tag, classes ? classes->raw : std::u16string_view(),
-                 identifier ? identifier->raw : std::u16string_view(), &declarations_);
+    applySheet({tag, classes ? classes->raw : std::u16string_view(),
+                identifier ? identifier->raw : std::u16string_view()});
   }
   if (!style) return;
   if (style->raw.find(u'&') == style->raw.npos) {
@@ -269,18 +275,42 @@ void Import::readDeclarations(Tag tag) {
   }
 }
 
+void Import::applySheet(const Subject& subject) {
+  if (!sheet_.hasParts()) return sheet_.apply(subject, {}, &ancestry_, &declarations_);
+  if (ancestries_.empty()) {  // the body's tag may be left out
+    Declarations unused;
+    Ancestry body;
+    sheet_.apply({Tag::body, {}, {}}, {}, &body, &unused);
+    ancestries_.assign(elements_.size(), {{}, body.self});
+    ancestries_.front() = body;
+  }
+  if (subject.tag == Tag::body) {
+    return sheet_.apply(subject, {}, &ancestries_.front(), &declarations_);
+  }
+  sheet_.apply(subject, ancestries_.back(), &ancestry_, &declarations_);
+}
+
 // Opens an element with the declarations that were read for it.
 void Import::open(Tag tag, uint16_t name, bool isImplied) {
   OpenElement element;
   element.name = name;
-  bool visible = true;
   const OpenElement& parent = elements_.top();
   element.hidden = parent.hidden;
+  element.invisible = parent.invisible;
+  element.sizeless = parent.sizeless;
   element.foreign = parent.foreign;
   element.whiteSpace = parent.whiteSpace;
   const Declarations& own = declarations_;
-  if (own.has(Property::visibility)) visible = own.visible;
-  element.ownHidden = has(tag, kHidden) || own.hides() || !visible;
+  if (own.has(Property::visibility)) {
+    element.invisible = !own.visible;
+    element.ownVisibility = true;
+  }
+  const bool isTimes = own.fontSize.unit == Length::Unit::times && own.fontSize.value > 0;
+  if (own.has(Property::fontSize) && !isTimes) {
+    element.sizeless = own.fontSize.value <= 0;
+    element.ownSize = true;
+  }
+  element.ownHidden = has(tag, kHidden) || own.hides();
   element.hidden = element.hidden || element.ownHidden;
   if (tag == Tag::svg || tag == Tag::math) element.foreign = true;
   if (holdsHTML(tag)) element.foreign = false;
@@ -306,11 +336,16 @@ void Import::open(Tag tag, uint16_t name, bool isImplied) {
 void Import::push(OpenElement element) {
   elements_.push(element);
   tokens_.setForeignContent(element.foreign);
+  if (ancestries_.empty()) return;
+  ancestries_.push_back(std::exchange(ancestry_, {}));
+  ancestries_.back().around |=
+      ancestries_[ancestries_.size() - 2].around | ancestries_[ancestries_.size() - 2].self;
 }
 
 void Import::pop() {
   const OpenElement element = elements_.top();
   elements_.pop();
+  if (!ancestries_.empty()) ancestries_.pop_back();
   const bool holdsText =
       element.tag() == Tag::td || element.tag() == Tag::th || element.tag() == Tag::li;
   if (looks_ && holdsText && layout_.isFresh()) layout_.setLook(looks_->current());

@@ -21,9 +21,15 @@ namespace kelspar::html {
 
 class Import {
  public:
-  // With `options` for attributed text, else for plain text.
-  Import(std::u16string_view html, const HTMLImportOptions* options);
+  // With `options` for attributed text, else for plain text. With `sheet`, all rules are known
+  // beforehand.
+  Import(std::u16string_view html, const HTMLImportOptions* options,
+         const StyleSheet* sheet = nullptr);
 
+  // False when a style element has rules for what was read already: then it is to be read once
+  // more with all the rules.
+  [[nodiscard]] bool run();
+  // Once, after that.
   [[nodiscard]] NSString plainText();
   [[nodiscard]] NSAttributedString attributedText();
 
@@ -48,7 +54,6 @@ class Import {
   };
 
   // Tokens.
-  TextLayout::Result run();
   void text(const Token& token);
   void startTag(const Token& token);
   void endTag(const Token& token);
@@ -59,7 +64,7 @@ class Import {
   void startVoid(Tag tag);
   void image();
   void startFormatting(Tag tag);
-  void startStyle();
+  bool startStyle();
   bool startTablePart(Tag tag);
   void openTable();
   void openPart(Tag tag, bool isImplied = false);
@@ -76,6 +81,7 @@ class Import {
 
   // The stack.
   void readDeclarations(Tag tag);
+  void applySheet(const Subject& subject);
   void open(Tag tag, uint16_t name, bool isImplied = false);
   void push(OpenElement element);
   void pop();
@@ -102,7 +108,10 @@ class Import {
   TextLayout layout_;
   OpenElements elements_;
   StyleSheet sheet_;
-  Declarations declarations_;  // of the start tag that is being read
+  bool knowsSheet_;                   // from the start
+  Declarations declarations_;         // of the start tag that is being read
+  Ancestry ancestry_;                 // and where it stands
+  std::vector<Ancestry> ancestries_;  // of the open elements, when they count
   std::vector<Formatting> formatting_;
   std::vector<List> lists_;
   std::vector<Table> tables_;

@@ -125,6 +125,8 @@ void Import::reconstruct() {
     element.breaks = 0;
     const OpenElement& parent = elements_.top();
     element.hidden = parent.hidden || element.ownHidden;
+    if (!element.ownVisibility) element.invisible = parent.invisible;
+    if (!element.ownSize) element.sizeless = parent.sizeless;
     element.whiteSpace = parent.whiteSpace;
     element.foreign = parent.foreign;
     push(element);

@@ -68,6 +68,8 @@ bool Import::startTablePart(Tag tag) {
   } else {
     popAbove(section());
     declarations_ = Declarations();
+    ancestry_ = {};
+    if (!sheet_.isEmpty()) applySheet({Tag::tr, {}, {}});
     openPart(Tag::tr, /*isImplied=*/true);
   }
   readDeclarations(tag);
@@ -169,7 +171,8 @@ void Import::beginItem() {
   list.next = numberOf(tokens_.attribute(u"value"), list.next);
   if (const NSString style = styleOfType(tokens_.attribute(u"type"))) list.style = style;
   if (declarations_.has(Property::listStyle)) list.style = declarations_.listStyle;
-  layout_.beginItem(markerText(list.style, list.next));
+  layout_.beginItem(elements_.top().invisible ? std::u16string()
+                                              : markerText(list.style, list.next));
   if (!lists_.empty()) lists_.back().next = list.next + 1;
 }
 

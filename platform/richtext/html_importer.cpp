@@ -7,7 +7,12 @@ namespace kelspar {
 
 NSString plainTextFromHTML(const NSString& html) {
   if (!html) return nil;
-  return html::Import(html.view(), nullptr).plainText();
+  html::Import import(html.view(), nullptr);
+  if (import.run()) return import.plainText();
+  const auto sheet = html::StyleSheet::ofPage(html.view(), /*layoutOnly=*/true);
+  html::Import again(html.view(), nullptr, &sheet);
+  (void)again.run();
+  return again.plainText();
 }
 
 NSString plainTextFromHTML(const NSData& html) {
@@ -17,7 +22,12 @@ NSString plainTextFromHTML(const NSData& html) {
 
 NSAttributedString attributedTextFromHTML(const NSString& html, const HTMLImportOptions& options) {
   if (!html) return nil;
-  return html::Import(html.view(), &options).attributedText();
+  html::Import import(html.view(), &options);
+  if (import.run()) return import.attributedText();
+  const auto sheet = html::StyleSheet::ofPage(html.view(), /*layoutOnly=*/false);
+  html::Import again(html.view(), &options, &sheet);
+  (void)again.run();
+  return again.attributedText();
 }
 
 NSAttributedString attributedTextFromHTML(const NSData& html, const HTMLImportOptions& options) {

@@ -58,6 +58,7 @@ class TextLayout {
   void beginStray(size_t table);
   void endStray();
   [[nodiscard]] bool isStraying() const { return out_ != &main_; }
+  [[nodiscard]] bool isEmpty() const { return main_.text.empty(); }
   // Nothing stands in the cell or item yet.
   [[nodiscard]] bool isFresh() const { return out_->fresh; }
 

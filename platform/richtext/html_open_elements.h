@@ -15,11 +15,14 @@ namespace kelspar::html {
 struct OpenElement {
   uint16_t name = 0;  // a Tag's number, or one given to a name that is none
   bool hidden = false;
-  bool ownHidden = false;   // of itself, not only of what it stands in
-  bool foreign = false;     // its content is SVG or MathML
-  bool formatting = false;  // stands in the list of formatting as well
-  bool straying = false;    // its content stands in front of the table
-  bool fosters = false;     // a part of a table: text in it strays
+  bool ownHidden = false;  // of itself, not only of what it stands in
+  bool invisible = false;  // "visibility: hidden"; what is in it may be visible again
+  bool sizeless = false;   // "font-size: 0", likewise
+  bool ownVisibility = false, ownSize = false;  // it says so itself
+  bool foreign = false;                         // its content is SVG or MathML
+  bool formatting = false;                      // stands in the list of formatting as well
+  bool straying = false;                        // its content stands in front of the table
+  bool fosters = false;                         // a part of a table: text in it strays
   WhiteSpace whiteSpace = WhiteSpace::collapse;
   uint8_t breaks = 0;       // line ends around it
   bool dropsCells = false;  // a table made for layout

@@ -380,8 +380,9 @@ bool parseFont(Text value, Declarations* to) {
     if (word.empty()) return false;
     const size_t slash = word.find(u'/');
     const Text size = word.substr(0, slash);
-    if (size[0] == u'.' || (size[0] >= u'0' && size[0] <= u'9' &&
-                            size.find_first_not_of(u"0123456789") != size.npos)) {
+    if (size == u"0" || size[0] == u'.' ||
+        (size[0] >= u'0' && size[0] <= u'9' &&
+         size.find_first_not_of(u"0123456789") != size.npos)) {
       if (!declare(Property::fontSize, parseFontSize(size, to))) return false;
       if (slash != word.npos) {
         declare(Property::lineHeight, parseLineHeight(word.substr(slash + 1), to));
@@ -414,9 +415,9 @@ constexpr PropertyRow kProperties[] = {
     {u"color",            Property::color,         parseColor,         false},
     {u"direction",        Property::direction,     parseDirection,     false},
     {u"display",          Property::display,       parseDisplay,       true},
-    {u"font",             Property::count,         parseFont,          false},
+    {u"font",             Property::count,         parseFont,          true},
     {u"font-family",      Property::fontFamily,    parseFontFamily,    false},
-    {u"font-size",        Property::fontSize,      parseFontSize,      false},
+    {u"font-size",        Property::fontSize,      parseFontSize,      true},
     {u"font-style",       Property::fontStyle,     parseFontStyle,     false},
     {u"font-weight",      Property::fontWeight,    parseFontWeight,    false},
     {u"height",           Property::height,        parseHeight,        true},

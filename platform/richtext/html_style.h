@@ -23,6 +23,7 @@ enum class Property : uint8_t {
   overflow,
   opacity,
   listStyle,
+  fontSize,  // none hides text
   // From here on: only the look.
   marginLeft,
   marginRight,
@@ -30,7 +31,6 @@ enum class Property : uint8_t {
   paddingBottom,
   textIndent,
   fontFamily,
-  fontSize,
   fontWeight,
   fontStyle,
   color,

@@ -18,13 +18,6 @@ Text trimmed(Text text) {
   return text;
 }
 
-bool isNameUnit(char16_t c) {
-  return (c >= u'0' && c <= u'9') || ((c | 0x20) >= u'a' && (c | 0x20) <= u'z') || c == u'-' ||
-         c == u'_' || c >= 0x80;
-}
-
-bool isName(Text text) { return !text.empty() && std::ranges::all_of(text, isNameUnit); }
-
 // The text without "/* ... */", "<!--" and "-->".
 std::u16string withoutComments(Text css) {
   std::u16string result;
@@ -103,72 +96,123 @@ void StyleSheet::add(std::u16string_view text) {
 void StyleSheet::addRule(std::u16string_view selectors, const Declarations& declarations) {
   for (size_t from = 0; from < selectors.size();) {
     const size_t end = scan::findAny(selectors, from, u',');
-    addSelector(trimmed(selectors.substr(from, end - from)), declarations);
+    if (const auto selector = Selector::parse(selectors.substr(from, end - from))) {
+      addSelector(*selector, declarations);
+    }
     from = end + 1;
   }
 }
 
-void StyleSheet::addSelector(std::u16string_view selector, const Declarations& declarations) {
-  if (selector == u"*") return enter(&byTag_, Tag::none, declarations);
-  const size_t mark = std::min(selector.find_first_of(u".#"), selector.size());
-  const Text element = selector.substr(0, mark);
-  Tag tag = Tag::none;
-  if (!element.empty() && element != u"*") {
-    tag = tagNamed(element);
-    if (tag == Tag::unknown) return;
+// Each part but the last gets a number, unless that very part has one.
+void StyleSheet::addSelector(const Selector& selector, const Declarations& declarations) {
+  Entry entry;
+  for (const Selector::Part& part : selector.parts) {
+    entry.compound = part.compound;
+    entry.isChild = part.isChild;
+    if (&part == &selector.parts.back()) break;
+    if (outerParts_ == Ancestry::kMostParts) return;
+    entry.outer = static_cast<int16_t>(outerParts_);
+    const Entry* const entered = enter(entry);
+    if (!entered) return;
+    outerParts_ = std::max<size_t>(outerParts_, static_cast<size_t>(entered->outer) + 1);
+    entry.around = entered->outer;
+    entry.outer = -1;
   }
-  if (mark == selector.size()) {
-    if (tag != Tag::none) enter(&byTag_, tag, declarations);
-    return;
-  }
-  const Text name = selector.substr(mark + 1);
-  if (!isName(name)) return;
-  Rules& rules = selector[mark] == u'.' ? byClass_ : byIdentifier_;
-  enter(&rules[std::u16string(name)], tag, declarations);
-}
-
-// One rule for each element: those that come later add to it.
-void StyleSheet::enter(std::vector<Rule>* rules, Tag tag, const Declarations& declarations) {
-  auto rule = std::ranges::find(*rules, tag, &Rule::tag);
-  if (rule == rules->end()) rule = rules->insert(rule, Rule{tag, 0, {}});
+  entry.specificity = selector.specificity();
+  Entry* const rule = enter(std::move(entry));
+  if (!rule) return;
   rule->order = ++order_;
   rule->declarations.add(declarations);
 }
 
-void StyleSheet::collect(const Rules& rules, std::u16string_view name, Tag tag,
-                         std::vector<const Rule*>* found) {
-  const auto entry = rules.find(name);
-  if (entry == rules.end()) return;
-  for (const Rule& rule : entry->second) {
-    if (rule.tag == Tag::none || rule.tag == tag) found->push_back(&rule);
+// By what is rarest: the identifier, a class, the element.
+StyleSheet::Entries& StyleSheet::entriesFor(const Compound& compound) {
+  if (!compound.identifier.empty()) return byIdentifier_[compound.identifier];
+  if (!compound.classes.empty()) return byClass_[compound.classes.front()];
+  if (compound.tag == Tag::none) return anywhere_;
+  byTag_.resize(static_cast<size_t>(Tag::count));
+  return byTag_[static_cast<size_t>(compound.tag)];
+}
+
+// The entry of that very part, new or old: what comes later adds to it. Null when its name has more
+// parts than are kept: an element's cost stays constant.
+StyleSheet::Entry* StyleSheet::enter(Entry entry) {
+  constexpr size_t kMostOfAName = 64;
+  Entries& entries = entriesFor(entry.compound);
+  const auto same =
+      std::ranges::find_if(entries, [&](const Entry& each) { return each.isSamePart(entry); });
+  if (same != entries.end()) return &*same;
+  if (entries.size() >= kMostOfAName) return nullptr;
+  return &entries.emplace_back(std::move(entry));
+}
+
+void StyleSheet::collect(const Entries& entries, const Subject& subject, const Ancestry& parent,
+                         Ancestry* own, std::vector<Match>* found) {
+  for (const Entry& entry : entries) {
+    if (entry.around >= 0) {
+      const auto number = static_cast<size_t>(entry.around);
+      if (!parent.self[number] && (entry.isChild || !parent.around[number])) continue;
+    }
+    if (!entry.compound.matches(subject)) continue;
+    if (entry.outer >= 0) {
+      own->self.set(static_cast<size_t>(entry.outer));
+    } else {
+      found->push_back({&entry, entry.specificity, entry.order});
+    }
   }
 }
 
-void StyleSheet::apply(Tag tag, std::u16string_view classes, std::u16string_view identifier,
+void StyleSheet::apply(const Subject& subject, const Ancestry& parent, Ancestry* own,
                        Declarations* declarations) const {
-  constexpr size_t kMostRules = 64;
-  for (const Tag each : {Tag::none, tag}) {
-    const auto rule = std::ranges::find(byTag_, each, &Rule::tag);
-    if (rule != byTag_.end()) declarations->add(rule->declarations);
+  constexpr size_t kMostRules = 256;
+  own->self.reset();
+  own->around = parent.around | parent.self;
+  std::vector<Match> found;
+  collect(anywhere_, subject, parent, own, &found);
+  if (const auto tag = static_cast<size_t>(subject.tag); tag < byTag_.size()) {
+    collect(byTag_[tag], subject, parent, own, &found);
   }
-  std::vector<const Rule*> found;
-  for (size_t from = 0; from < classes.size() && found.size() < kMostRules;) {
-    while (from < classes.size() && isSpace(classes[from])) ++from;
-    size_t end = from;
-    while (end < classes.size() && !isSpace(classes[end])) ++end;
-    if (end > from && !byClass_.empty()) {
-      collect(byClass_, classes.substr(from, end - from), tag, &found);
-    }
-    from = end;
-  }
-  const auto weight = [](const Rule* rule) {
-    return std::pair(rule->tag != Tag::none, rule->order);
+  const auto collectNamed = [&](const Named& named, std::u16string_view name) {
+    const auto entries = named.find(name);
+    if (entries != named.end()) collect(entries->second, subject, parent, own, &found);
   };
-  std::ranges::sort(found, {}, weight);
-  const size_t ofClasses = found.size();
-  if (!identifier.empty()) collect(byIdentifier_, trimmed(identifier), tag, &found);
-  std::ranges::sort(found.begin() + static_cast<ptrdiff_t>(ofClasses), found.end(), {}, weight);
-  for (const Rule* rule : found) declarations->add(rule->declarations);
+  if (!byClass_.empty()) {
+    std::u16string_view rest = subject.classes;
+    for (auto word = takeClass(&rest); !word.empty() && found.size() < kMostRules;
+         word = takeClass(&rest)) {
+      collectNamed(byClass_, word);
+    }
+  }
+  if (!byIdentifier_.empty() && !subject.identifier.empty()) {
+    std::u16string_view identifier = subject.identifier;
+    collectNamed(byIdentifier_, takeClass(&identifier));
+  }
+  if (found.empty()) return;
+  std::ranges::sort(found, {}, [](const Match& m) { return std::pair(m.specificity, m.order); });
+  for (const Match& match : found) declarations->add(match.entry->declarations);
+}
+
+StyleSheet StyleSheet::ofPage(std::u16string_view html, bool layoutOnly) {
+  StyleSheet sheet(layoutOnly);
+  Tokenizer tokens(html);
+  for (;;) {
+    const Token& token = tokens.next();
+    if (token.kind == Token::Kind::end) return sheet;
+    if (token.kind == Token::Kind::startTag && token.tag == Tag::style) sheet.readElement(&tokens);
+  }
+}
+
+// It is raw text: its end tag, or the input's end, is the next token that is no text.
+void StyleSheet::readElement(Tokenizer* tokens) {
+  const Attribute* const media = tokens->attribute(u"media");
+  const bool applies = !media || appliesToMedia(media->raw);
+  std::u16string css;
+  for (;;) {
+    const Token& token = tokens->next();
+    if (token.kind != Token::Kind::text) break;
+    if (applies) css.append(token.text);
+  }
+  if (applies) add(css);
 }
 
 }  // namespace kelspar::html
