@@ -86,12 +86,28 @@ bool Import::run() {
       case Token::Kind::endTag:
         endTag(token);
         break;
+      case Token::Kind::doctype:
+        documentType(token);
+        break;
       case Token::Kind::end:
         return true;
       default:
         break;
     }
   }
+}
+
+// 13.2.6.4.1, as far as mail goes.
+void Import::documentType(const Token& token) {
+  const bool isFirst = elements_.size() == 1 && layout_.isEmpty();
+  if (!isFirst) return;
+  std::u16string type(token.text);
+  for (char16_t& c : type) c = c >= u'A' && c <= u'Z' ? static_cast<char16_t>(c + 0x20) : c;
+  const auto says = [&](std::u16string_view what) { return type.find(what) != type.npos; };
+  const bool hasSystem = says(u"http://");
+  isQuirky_ = !says(u"html") || says(u"//dtd html 3") || says(u"//dtd html 4.0 tr") ||
+              says(u"//dtd html 4.0 fr") || says(u"//dtd html 4.0//") ||
+              (!hasSystem && (says(u"html 4.01 tr") || says(u"html 4.01 fr")));
 }
 
 void Import::text(const Token& token) {

@@ -55,6 +55,7 @@ class Import {
 
   // Tokens.
   void text(const Token& token);
+  void documentType(const Token& token);
   void startTag(const Token& token);
   void endTag(const Token& token);
 
@@ -119,6 +120,7 @@ class Import {
   std::unique_ptr<Looks> looks_;  // null for plain text
   uint32_t identities_ = 0;       // of lists and tables
   bool mustReconstruct_ = false;
+  bool isQuirky_ = true;       // no document type, or an old one: a table does not end a paragraph
   bool skipsLineEnd_ = false;  // the one that <pre> begins with
 };
 

@@ -56,8 +56,11 @@ void Import::endBlock(Tag tag) {
   }
   if (position > scope) return popTo(position);
   // An end without a start is an empty paragraph.
-  const bool isShown = !elements_.top().hidden && !fosters();
-  if (tag == Tag::p && isShown) layout_.requireBreaks(2);
+  if (tag != Tag::p || elements_.top().hidden) return;
+  const bool strays = fosters() && !layout_.isStraying();
+  if (strays) layout_.beginStray(elements_.top().table);
+  layout_.requireBreaks(2);
+  if (strays) layout_.endStray();
 }
 
 // An element that is neither special nor formatting: nothing special may stand in between.

@@ -51,8 +51,10 @@ uint32_t Import::section() const {
 bool Import::startTablePart(Tag tag) {
   const bool isCell = tag == Tag::td || tag == Tag::th;
   if (tag == Tag::table) {
-    if (fosters()) popTo(table());
-    closeP();
+    const uint32_t inside =
+        std::max({elements_.last(Tag::td), elements_.last(Tag::th), elements_.last(Tag::caption)});
+    if (table() > inside) popTo(table());  // a table between the parts of a table ends it
+    if (!isQuirky_) closeP();
     openTable();
     return true;
   }

@@ -87,6 +87,7 @@ void TextLayout::flush() {
     settleBreak();
     out.text.append(out.breaks - lineEndsBehind(out.text, out.breaks), u'\n');
   }
+  if (out.text.empty()) out.leading = std::max(out.leading, out.breaks);
   out.breaks = 0;
   if (out.tabs) out.text.append(std::exchange(out.tabs, 0), u'\t');
   if (!out.marker.empty()) {
@@ -212,7 +213,7 @@ void TextLayout::endRow() {
 
 size_t TextLayout::markTable() {
   if (isStraying()) return SIZE_MAX;
-  tables_.push_back({main_.text.size(), main_.breaks, nullptr});
+  tables_.push_back({main_.text.size(), main_.breaks, main_.space, nullptr});
   return tables_.size() - 1;
 }
 
@@ -235,8 +236,10 @@ TextLayout::Result TextLayout::finish() && {
 
 TextLayout::Result TextLayout::merged() {
   Result result;
-  const auto join = [&result](const Output& part, size_t from, size_t to, uint8_t breaks) {
-    if (from == to) return;
+  const auto join = [&result](const Output& part, size_t from, size_t to, uint8_t breaks,
+                              bool space) {
+    if (from >= to) return;
+    if (space && breaks == 0 && !result.text.empty()) result.text.push_back(u' ');
     if (!result.text.empty()) {
       breaks -= std::min(breaks, lineEndsBehind(result.text, breaks));
       if (part.text[from] == u'\n') breaks = 0;
@@ -254,14 +257,16 @@ TextLayout::Result TextLayout::merged() {
   size_t from = 0;
   for (const Table& table : tables_) {
     if (!table.strays || table.strays->text.empty()) continue;
-    join(main_, from, table.position, 1);
-    join(*table.strays, 0, table.strays->text.size(), table.breaks);
+    join(main_, from, table.position, 1, false);
+    const uint8_t breaks = std::max(table.breaks, table.strays->leading);
+    join(*table.strays, 0, table.strays->text.size(), breaks, table.space);
+    if (from > table.position) continue;
     from = table.position;  // the line ends that were due there stand before the strays now
     for (uint8_t i = 0; i < table.breaks && from < main_.text.size(); ++i) {
       if (main_.text[from] == u'\n') ++from;
     }
   }
-  join(main_, from, main_.text.size(), 1);
+  join(main_, from, main_.text.size(), 1, false);
   return result;
 }
 

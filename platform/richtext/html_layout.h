@@ -76,6 +76,7 @@ class TextLayout {
     bool space = false;  // a space is due, unless the line ends
     uint32_t spaceLook = 0;
     bool fresh = false;   // nothing stands in the cell or item yet
+    uint8_t leading = 0;  // line ends that were due before its first text
     bool rowEnd = false;  // a row has ended, and is a line if another one follows
     uint32_t tabs = 0;    // cells of layout that were passed
     size_t broken = 0;    // the text's length behind the last <br>
@@ -95,6 +96,7 @@ class TextLayout {
   struct Table {
     size_t position;  // in front of which its strays stand
     uint8_t breaks;   // line ends that were due there
+    bool space;       // a space was
     std::unique_ptr<Output> strays;
   };
 

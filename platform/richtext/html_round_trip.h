@@ -4,6 +4,7 @@
 // What HTML cannot say is left out of the comparison, and nothing else:
 // - characters that HTML forbids and lone surrogates are U+FFFD, links of other schemes are none;
 // - lists and tables keep their order, not their numbers; a list that other text interrupts is two;
+// - a row that is cut off, with other text behind it, is left alone;
 // - a line's or a cell's end has its paragraph's style only: it is not seen;
 // - so has an item's marker: the list that shows it has the item's look.
 #pragma once
@@ -33,6 +34,21 @@ class Comparable {
     for (size_t i = 0; i < units_.size(); ++i) {
       if (isForbidden(i)) units_[i] = u'\uFFFD';
     }
+  }
+
+  // Whether rows end where their lines do: a cell that is the last one of its row but ends in a tab
+  // (the row is cut off, and other text goes on behind it) cannot be said in HTML.
+  [[nodiscard]] bool hasWholeRows() const {
+    for (size_t i = 0; i + 1 < units_.size(); ++i) {
+      if (units_[i] != u'\t' || !isEnd(i)) continue;
+      const auto& cells = style(look(i)).cells;
+      const auto& next = style(look(i + 1)).cells;
+      const auto [a, b] = std::ranges::mismatch(cells, next, isSameCell);
+      if (a == cells.end() || b == next.end() || a->table != b->table || a->row != b->row) {
+        return false;
+      }
+    }
+    return true;
   }
 
   // Where the first difference is and what it is; empty when there is none.
@@ -88,11 +104,11 @@ class Comparable {
     if (units_[at] == u'\n') return true;
     if (units_[at] != u'\t' || style(look(at)).cells.empty()) return false;
     return at + 1 == units_.size() ||
-           !std::ranges::equal(style(look(at)).cells, style(look(at + 1)).cells,
-                               [](const NSTextTableCell& a, const NSTextTableCell& b) {
-                                 return a.table == b.table && a.row == b.row &&
-                                        a.column == b.column;
-                               });
+           !std::ranges::equal(style(look(at)).cells, style(look(at + 1)).cells, isSameCell);
+  }
+
+  static bool isSameCell(const NSTextTableCell& a, const NSTextTableCell& b) {
+    return a.table == b.table && a.row == b.row && a.column == b.column;
   }
 
   // In what stands before an item's first tab.
@@ -253,8 +269,9 @@ class Comparable {
 
 // The first difference between a text and what its HTML reads back to; empty when there is none.
 [[nodiscard]] inline std::string roundTripDifference(const NSAttributedString& text) {
-  const NSAttributedString back = attributedTextFromHTML(htmlFromAttributedString(text));
-  return Comparable(text).differenceTo(Comparable(back));
+  const Comparable original(text);
+  if (!original.hasWholeRows()) return {};
+  return original.differenceTo(Comparable(attributedTextFromHTML(htmlFromAttributedString(text))));
 }
 
 }  // namespace kelspar::html

@@ -66,6 +66,16 @@ bool StyleSheet::appliesToMedia(std::u16string_view condition) {
 }
 
 void StyleSheet::add(std::u16string_view text) {
+  forEachRule(text, [this](Text selectors, Text body) {
+    Declarations declarations;
+    parseDeclarations(body, layoutOnly_, &declarations);
+    if (declarations.set) addRule(selectors, declarations);
+  });
+}
+
+void StyleSheet::forEachRule(
+    std::u16string_view text,
+    const std::function<void(std::u16string_view, std::u16string_view)>& rule) {
   const std::u16string css = withoutComments(text);
   const Text all = css;
   size_t at = 0;
@@ -85,9 +95,7 @@ void StyleSheet::add(std::u16string_view text) {
       at = endOfBlock(all, stop + 1);
     } else {
       const size_t close = scan::findAny(all, stop + 1, u'}');
-      Declarations declarations;
-      parseDeclarations(all.substr(stop + 1, close - stop - 1), layoutOnly_, &declarations);
-      if (declarations.set) addRule(prelude, declarations);
+      rule(prelude, all.substr(stop + 1, close - stop - 1));
       at = std::min(close + 1, all.size());
     }
   }

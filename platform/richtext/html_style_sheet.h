@@ -40,6 +40,11 @@ class StyleSheet {
   void apply(const Subject& subject, const Ancestry& parent, Ancestry* own,
              Declarations* declarations) const;
 
+  // Each rule that any screen has, in order: its selectors, and what stands between its braces.
+  static void forEachRule(
+      std::u16string_view css,
+      const std::function<void(std::u16string_view, std::u16string_view)>& rule);
+
   // Whether a style element's `media` or an "@media" rule's condition is met by any screen.
   [[nodiscard]] static bool appliesToMedia(std::u16string_view condition);
 

@@ -151,7 +151,8 @@ void Tokenizer::readDeclaration() {
   if (rest.starts_with(u"--")) return readComment();
   if (equalsIgnoringCase(rest.substr(0, 7), u"doctype")) {
     const size_t close = scan::findAny(input_, at_, u'>');
-    return finish(Token::Kind::doctype, std::min(close + 1, input_.size()));
+    return finish(Token::Kind::doctype, std::min(close + 1, input_.size()),
+                  input_.substr(at_ + 2, close - at_ - 2));
   }
   if (foreign_ && rest.starts_with(u"[CDATA[")) return readCData();
   readBogusComment(at_ + 2);
