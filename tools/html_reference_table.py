@@ -16,27 +16,34 @@ namespace kelspar::html {
 
 namespace {
 
-struct Fact {
-  std::string_view name;       // without "&" and ";"
-  std::u16string_view units;   // what it stands for
-  bool withoutSemicolon = false;
-};
-
+// Name, ":" or, where it is recognised without ";", "!", and its units in hexadecimal.
 // clang-format off
-constexpr Fact kFacts[] = {
+constexpr std::string_view kFacts =
 """
 
 FOOT = """\
-};
 // clang-format on
 
-constexpr size_t kCount = std::size(kFacts);
+constexpr size_t count(std::string_view marks) {
+  size_t count = 0;
+  for (const char c : kFacts) count += marks.find(c) != marks.npos;
+  return count;
+}
+
+constexpr size_t kCount = count(":!");
 
 constexpr size_t nameBytes() {
   size_t bytes = 0;
-  for (const Fact& fact : kFacts) bytes += fact.name.size();
+  bool inName = true;
+  for (const char c : kFacts) {
+    if (c == ':' || c == '!') inName = false;
+    bytes += inName;
+    if (c == ' ') inName = true;
+  }
   return bytes;
 }
+
+constexpr int digitValue(char c) { return c <= '9' ? c - '0' : c - 'A' + 10; }
 
 // What the program holds: the names in one text, eight bytes a row, and where a name's row is.
 struct Packed {
@@ -47,17 +54,25 @@ struct Packed {
 
 constexpr Packed pack() {
   Packed packed;
-  size_t at = 0;
+  size_t at = 0, fact = 0;
   for (size_t i = 0; i < kCount; ++i) {
-    const Fact& fact = kFacts[i];
     ReferenceRow& row = packed.rows[i];
+    const size_t start = fact;
     row.nameAt = static_cast<uint16_t>(at);
-    row.nameLength = static_cast<uint8_t>(fact.name.size());
-    row.withoutSemicolon = fact.withoutSemicolon;
-    row.units[0] = fact.units[0];
-    row.units[1] = fact.units.size() > 1 ? fact.units[1] : 0;
-    for (const char c : fact.name) packed.names[at++] = c;
-    size_t slot = referenceSlot(fact.name);
+    for (; kFacts[fact] != ':' && kFacts[fact] != '!'; ++fact) packed.names[at++] = kFacts[fact];
+    const std::string_view name = kFacts.substr(start, fact - start);
+    row.nameLength = static_cast<uint8_t>(name.size());
+    row.withoutSemicolon = kFacts[fact] == '!';
+    size_t unit = 0;
+    for (++fact; kFacts[fact] != ' '; ++fact) {
+      if (kFacts[fact] == ',') {
+        ++unit;
+      } else {
+        row.units[unit] = static_cast<char16_t>(row.units[unit] * 16 + digitValue(kFacts[fact]));
+      }
+    }
+    ++fact;
+    size_t slot = referenceSlot(name);
     while (packed.slots[slot] != 0) slot = (slot + 1) % kReferenceSlots;
     packed.slots[slot] = static_cast<uint16_t>(i + 1);
   }
@@ -78,28 +93,27 @@ const ReferenceTable& referenceTable() {
 """
 
 
-def literal(text):
-    units = text.encode("utf-16-be")
-    pairs = [units[i:i + 2].hex().upper() for i in range(0, len(units), 2)]
-    return 'u"' + "".join("\\x" + pair for pair in pairs) + '"'
+def units(text):
+    code = text.encode("utf-16-be")
+    return ",".join("%X" % int.from_bytes(code[i:i + 2], "big") for i in range(0, len(code), 2))
 
 
-def rows():
+def facts():
     for name in sorted(n for n in html5 if n.endswith(";")):
         bare = name[:-1]
-        legacy = ", true" if bare in html5 else ""
-        yield '{"%s", %s%s},' % (bare, literal(html5[name]), legacy)
+        yield bare + ("!" if bare in html5 else ":") + units(html5[name]) + " "
 
 
 def main():
     print(HEAD, end="")
-    line = "   "
-    for row in rows():
-        if len(line) + 1 + len(row) > 100:
-            print(line)
-            line = "   "
-        line += " " + row
-    print(line)
+    line, lines = "", []
+    for fact in facts():
+        if len(line) + len(fact) > 94:
+            lines.append(line)
+            line = ""
+        line += fact
+    lines.append(line)
+    print("\n".join('    "%s"' % each for each in lines) + ";")
     print(FOOT, end="")
 
 

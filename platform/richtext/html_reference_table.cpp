@@ -7,628 +7,342 @@ namespace kelspar::html {
 
 namespace {
 
-struct Fact {
-  std::string_view name;      // without "&" and ";"
-  std::u16string_view units;  // what it stands for
-  bool withoutSemicolon = false;
-};
-
+// Name, ":" or, where it is recognised without ";", "!", and its units in hexadecimal.
 // clang-format off
-constexpr Fact kFacts[] = {
-    {"AElig", u"\x00C6", true}, {"AMP", u"\x0026", true}, {"Aacute", u"\x00C1", true},
-    {"Abreve", u"\x0102"}, {"Acirc", u"\x00C2", true}, {"Acy", u"\x0410"}, {"Afr", u"\xD835\xDD04"},
-    {"Agrave", u"\x00C0", true}, {"Alpha", u"\x0391"}, {"Amacr", u"\x0100"}, {"And", u"\x2A53"},
-    {"Aogon", u"\x0104"}, {"Aopf", u"\xD835\xDD38"}, {"ApplyFunction", u"\x2061"},
-    {"Aring", u"\x00C5", true}, {"Ascr", u"\xD835\xDC9C"}, {"Assign", u"\x2254"},
-    {"Atilde", u"\x00C3", true}, {"Auml", u"\x00C4", true}, {"Backslash", u"\x2216"},
-    {"Barv", u"\x2AE7"}, {"Barwed", u"\x2306"}, {"Bcy", u"\x0411"}, {"Because", u"\x2235"},
-    {"Bernoullis", u"\x212C"}, {"Beta", u"\x0392"}, {"Bfr", u"\xD835\xDD05"},
-    {"Bopf", u"\xD835\xDD39"}, {"Breve", u"\x02D8"}, {"Bscr", u"\x212C"}, {"Bumpeq", u"\x224E"},
-    {"CHcy", u"\x0427"}, {"COPY", u"\x00A9", true}, {"Cacute", u"\x0106"}, {"Cap", u"\x22D2"},
-    {"CapitalDifferentialD", u"\x2145"}, {"Cayleys", u"\x212D"}, {"Ccaron", u"\x010C"},
-    {"Ccedil", u"\x00C7", true}, {"Ccirc", u"\x0108"}, {"Cconint", u"\x2230"}, {"Cdot", u"\x010A"},
-    {"Cedilla", u"\x00B8"}, {"CenterDot", u"\x00B7"}, {"Cfr", u"\x212D"}, {"Chi", u"\x03A7"},
-    {"CircleDot", u"\x2299"}, {"CircleMinus", u"\x2296"}, {"CirclePlus", u"\x2295"},
-    {"CircleTimes", u"\x2297"}, {"ClockwiseContourIntegral", u"\x2232"},
-    {"CloseCurlyDoubleQuote", u"\x201D"}, {"CloseCurlyQuote", u"\x2019"}, {"Colon", u"\x2237"},
-    {"Colone", u"\x2A74"}, {"Congruent", u"\x2261"}, {"Conint", u"\x222F"},
-    {"ContourIntegral", u"\x222E"}, {"Copf", u"\x2102"}, {"Coproduct", u"\x2210"},
-    {"CounterClockwiseContourIntegral", u"\x2233"}, {"Cross", u"\x2A2F"}, {"Cscr", u"\xD835\xDC9E"},
-    {"Cup", u"\x22D3"}, {"CupCap", u"\x224D"}, {"DD", u"\x2145"}, {"DDotrahd", u"\x2911"},
-    {"DJcy", u"\x0402"}, {"DScy", u"\x0405"}, {"DZcy", u"\x040F"}, {"Dagger", u"\x2021"},
-    {"Darr", u"\x21A1"}, {"Dashv", u"\x2AE4"}, {"Dcaron", u"\x010E"}, {"Dcy", u"\x0414"},
-    {"Del", u"\x2207"}, {"Delta", u"\x0394"}, {"Dfr", u"\xD835\xDD07"},
-    {"DiacriticalAcute", u"\x00B4"}, {"DiacriticalDot", u"\x02D9"},
-    {"DiacriticalDoubleAcute", u"\x02DD"}, {"DiacriticalGrave", u"\x0060"},
-    {"DiacriticalTilde", u"\x02DC"}, {"Diamond", u"\x22C4"}, {"DifferentialD", u"\x2146"},
-    {"Dopf", u"\xD835\xDD3B"}, {"Dot", u"\x00A8"}, {"DotDot", u"\x20DC"}, {"DotEqual", u"\x2250"},
-    {"DoubleContourIntegral", u"\x222F"}, {"DoubleDot", u"\x00A8"}, {"DoubleDownArrow", u"\x21D3"},
-    {"DoubleLeftArrow", u"\x21D0"}, {"DoubleLeftRightArrow", u"\x21D4"},
-    {"DoubleLeftTee", u"\x2AE4"}, {"DoubleLongLeftArrow", u"\x27F8"},
-    {"DoubleLongLeftRightArrow", u"\x27FA"}, {"DoubleLongRightArrow", u"\x27F9"},
-    {"DoubleRightArrow", u"\x21D2"}, {"DoubleRightTee", u"\x22A8"}, {"DoubleUpArrow", u"\x21D1"},
-    {"DoubleUpDownArrow", u"\x21D5"}, {"DoubleVerticalBar", u"\x2225"}, {"DownArrow", u"\x2193"},
-    {"DownArrowBar", u"\x2913"}, {"DownArrowUpArrow", u"\x21F5"}, {"DownBreve", u"\x0311"},
-    {"DownLeftRightVector", u"\x2950"}, {"DownLeftTeeVector", u"\x295E"},
-    {"DownLeftVector", u"\x21BD"}, {"DownLeftVectorBar", u"\x2956"},
-    {"DownRightTeeVector", u"\x295F"}, {"DownRightVector", u"\x21C1"},
-    {"DownRightVectorBar", u"\x2957"}, {"DownTee", u"\x22A4"}, {"DownTeeArrow", u"\x21A7"},
-    {"Downarrow", u"\x21D3"}, {"Dscr", u"\xD835\xDC9F"}, {"Dstrok", u"\x0110"}, {"ENG", u"\x014A"},
-    {"ETH", u"\x00D0", true}, {"Eacute", u"\x00C9", true}, {"Ecaron", u"\x011A"},
-    {"Ecirc", u"\x00CA", true}, {"Ecy", u"\x042D"}, {"Edot", u"\x0116"}, {"Efr", u"\xD835\xDD08"},
-    {"Egrave", u"\x00C8", true}, {"Element", u"\x2208"}, {"Emacr", u"\x0112"},
-    {"EmptySmallSquare", u"\x25FB"}, {"EmptyVerySmallSquare", u"\x25AB"}, {"Eogon", u"\x0118"},
-    {"Eopf", u"\xD835\xDD3C"}, {"Epsilon", u"\x0395"}, {"Equal", u"\x2A75"},
-    {"EqualTilde", u"\x2242"}, {"Equilibrium", u"\x21CC"}, {"Escr", u"\x2130"}, {"Esim", u"\x2A73"},
-    {"Eta", u"\x0397"}, {"Euml", u"\x00CB", true}, {"Exists", u"\x2203"},
-    {"ExponentialE", u"\x2147"}, {"Fcy", u"\x0424"}, {"Ffr", u"\xD835\xDD09"},
-    {"FilledSmallSquare", u"\x25FC"}, {"FilledVerySmallSquare", u"\x25AA"},
-    {"Fopf", u"\xD835\xDD3D"}, {"ForAll", u"\x2200"}, {"Fouriertrf", u"\x2131"},
-    {"Fscr", u"\x2131"}, {"GJcy", u"\x0403"}, {"GT", u"\x003E", true}, {"Gamma", u"\x0393"},
-    {"Gammad", u"\x03DC"}, {"Gbreve", u"\x011E"}, {"Gcedil", u"\x0122"}, {"Gcirc", u"\x011C"},
-    {"Gcy", u"\x0413"}, {"Gdot", u"\x0120"}, {"Gfr", u"\xD835\xDD0A"}, {"Gg", u"\x22D9"},
-    {"Gopf", u"\xD835\xDD3E"}, {"GreaterEqual", u"\x2265"}, {"GreaterEqualLess", u"\x22DB"},
-    {"GreaterFullEqual", u"\x2267"}, {"GreaterGreater", u"\x2AA2"}, {"GreaterLess", u"\x2277"},
-    {"GreaterSlantEqual", u"\x2A7E"}, {"GreaterTilde", u"\x2273"}, {"Gscr", u"\xD835\xDCA2"},
-    {"Gt", u"\x226B"}, {"HARDcy", u"\x042A"}, {"Hacek", u"\x02C7"}, {"Hat", u"\x005E"},
-    {"Hcirc", u"\x0124"}, {"Hfr", u"\x210C"}, {"HilbertSpace", u"\x210B"}, {"Hopf", u"\x210D"},
-    {"HorizontalLine", u"\x2500"}, {"Hscr", u"\x210B"}, {"Hstrok", u"\x0126"},
-    {"HumpDownHump", u"\x224E"}, {"HumpEqual", u"\x224F"}, {"IEcy", u"\x0415"},
-    {"IJlig", u"\x0132"}, {"IOcy", u"\x0401"}, {"Iacute", u"\x00CD", true},
-    {"Icirc", u"\x00CE", true}, {"Icy", u"\x0418"}, {"Idot", u"\x0130"}, {"Ifr", u"\x2111"},
-    {"Igrave", u"\x00CC", true}, {"Im", u"\x2111"}, {"Imacr", u"\x012A"}, {"ImaginaryI", u"\x2148"},
-    {"Implies", u"\x21D2"}, {"Int", u"\x222C"}, {"Integral", u"\x222B"},
-    {"Intersection", u"\x22C2"}, {"InvisibleComma", u"\x2063"}, {"InvisibleTimes", u"\x2062"},
-    {"Iogon", u"\x012E"}, {"Iopf", u"\xD835\xDD40"}, {"Iota", u"\x0399"}, {"Iscr", u"\x2110"},
-    {"Itilde", u"\x0128"}, {"Iukcy", u"\x0406"}, {"Iuml", u"\x00CF", true}, {"Jcirc", u"\x0134"},
-    {"Jcy", u"\x0419"}, {"Jfr", u"\xD835\xDD0D"}, {"Jopf", u"\xD835\xDD41"},
-    {"Jscr", u"\xD835\xDCA5"}, {"Jsercy", u"\x0408"}, {"Jukcy", u"\x0404"}, {"KHcy", u"\x0425"},
-    {"KJcy", u"\x040C"}, {"Kappa", u"\x039A"}, {"Kcedil", u"\x0136"}, {"Kcy", u"\x041A"},
-    {"Kfr", u"\xD835\xDD0E"}, {"Kopf", u"\xD835\xDD42"}, {"Kscr", u"\xD835\xDCA6"},
-    {"LJcy", u"\x0409"}, {"LT", u"\x003C", true}, {"Lacute", u"\x0139"}, {"Lambda", u"\x039B"},
-    {"Lang", u"\x27EA"}, {"Laplacetrf", u"\x2112"}, {"Larr", u"\x219E"}, {"Lcaron", u"\x013D"},
-    {"Lcedil", u"\x013B"}, {"Lcy", u"\x041B"}, {"LeftAngleBracket", u"\x27E8"},
-    {"LeftArrow", u"\x2190"}, {"LeftArrowBar", u"\x21E4"}, {"LeftArrowRightArrow", u"\x21C6"},
-    {"LeftCeiling", u"\x2308"}, {"LeftDoubleBracket", u"\x27E6"}, {"LeftDownTeeVector", u"\x2961"},
-    {"LeftDownVector", u"\x21C3"}, {"LeftDownVectorBar", u"\x2959"}, {"LeftFloor", u"\x230A"},
-    {"LeftRightArrow", u"\x2194"}, {"LeftRightVector", u"\x294E"}, {"LeftTee", u"\x22A3"},
-    {"LeftTeeArrow", u"\x21A4"}, {"LeftTeeVector", u"\x295A"}, {"LeftTriangle", u"\x22B2"},
-    {"LeftTriangleBar", u"\x29CF"}, {"LeftTriangleEqual", u"\x22B4"},
-    {"LeftUpDownVector", u"\x2951"}, {"LeftUpTeeVector", u"\x2960"}, {"LeftUpVector", u"\x21BF"},
-    {"LeftUpVectorBar", u"\x2958"}, {"LeftVector", u"\x21BC"}, {"LeftVectorBar", u"\x2952"},
-    {"Leftarrow", u"\x21D0"}, {"Leftrightarrow", u"\x21D4"}, {"LessEqualGreater", u"\x22DA"},
-    {"LessFullEqual", u"\x2266"}, {"LessGreater", u"\x2276"}, {"LessLess", u"\x2AA1"},
-    {"LessSlantEqual", u"\x2A7D"}, {"LessTilde", u"\x2272"}, {"Lfr", u"\xD835\xDD0F"},
-    {"Ll", u"\x22D8"}, {"Lleftarrow", u"\x21DA"}, {"Lmidot", u"\x013F"},
-    {"LongLeftArrow", u"\x27F5"}, {"LongLeftRightArrow", u"\x27F7"}, {"LongRightArrow", u"\x27F6"},
-    {"Longleftarrow", u"\x27F8"}, {"Longleftrightarrow", u"\x27FA"}, {"Longrightarrow", u"\x27F9"},
-    {"Lopf", u"\xD835\xDD43"}, {"LowerLeftArrow", u"\x2199"}, {"LowerRightArrow", u"\x2198"},
-    {"Lscr", u"\x2112"}, {"Lsh", u"\x21B0"}, {"Lstrok", u"\x0141"}, {"Lt", u"\x226A"},
-    {"Map", u"\x2905"}, {"Mcy", u"\x041C"}, {"MediumSpace", u"\x205F"}, {"Mellintrf", u"\x2133"},
-    {"Mfr", u"\xD835\xDD10"}, {"MinusPlus", u"\x2213"}, {"Mopf", u"\xD835\xDD44"},
-    {"Mscr", u"\x2133"}, {"Mu", u"\x039C"}, {"NJcy", u"\x040A"}, {"Nacute", u"\x0143"},
-    {"Ncaron", u"\x0147"}, {"Ncedil", u"\x0145"}, {"Ncy", u"\x041D"},
-    {"NegativeMediumSpace", u"\x200B"}, {"NegativeThickSpace", u"\x200B"},
-    {"NegativeThinSpace", u"\x200B"}, {"NegativeVeryThinSpace", u"\x200B"},
-    {"NestedGreaterGreater", u"\x226B"}, {"NestedLessLess", u"\x226A"}, {"NewLine", u"\x000A"},
-    {"Nfr", u"\xD835\xDD11"}, {"NoBreak", u"\x2060"}, {"NonBreakingSpace", u"\x00A0"},
-    {"Nopf", u"\x2115"}, {"Not", u"\x2AEC"}, {"NotCongruent", u"\x2262"}, {"NotCupCap", u"\x226D"},
-    {"NotDoubleVerticalBar", u"\x2226"}, {"NotElement", u"\x2209"}, {"NotEqual", u"\x2260"},
-    {"NotEqualTilde", u"\x2242\x0338"}, {"NotExists", u"\x2204"}, {"NotGreater", u"\x226F"},
-    {"NotGreaterEqual", u"\x2271"}, {"NotGreaterFullEqual", u"\x2267\x0338"},
-    {"NotGreaterGreater", u"\x226B\x0338"}, {"NotGreaterLess", u"\x2279"},
-    {"NotGreaterSlantEqual", u"\x2A7E\x0338"}, {"NotGreaterTilde", u"\x2275"},
-    {"NotHumpDownHump", u"\x224E\x0338"}, {"NotHumpEqual", u"\x224F\x0338"},
-    {"NotLeftTriangle", u"\x22EA"}, {"NotLeftTriangleBar", u"\x29CF\x0338"},
-    {"NotLeftTriangleEqual", u"\x22EC"}, {"NotLess", u"\x226E"}, {"NotLessEqual", u"\x2270"},
-    {"NotLessGreater", u"\x2278"}, {"NotLessLess", u"\x226A\x0338"},
-    {"NotLessSlantEqual", u"\x2A7D\x0338"}, {"NotLessTilde", u"\x2274"},
-    {"NotNestedGreaterGreater", u"\x2AA2\x0338"}, {"NotNestedLessLess", u"\x2AA1\x0338"},
-    {"NotPrecedes", u"\x2280"}, {"NotPrecedesEqual", u"\x2AAF\x0338"},
-    {"NotPrecedesSlantEqual", u"\x22E0"}, {"NotReverseElement", u"\x220C"},
-    {"NotRightTriangle", u"\x22EB"}, {"NotRightTriangleBar", u"\x29D0\x0338"},
-    {"NotRightTriangleEqual", u"\x22ED"}, {"NotSquareSubset", u"\x228F\x0338"},
-    {"NotSquareSubsetEqual", u"\x22E2"}, {"NotSquareSuperset", u"\x2290\x0338"},
-    {"NotSquareSupersetEqual", u"\x22E3"}, {"NotSubset", u"\x2282\x20D2"},
-    {"NotSubsetEqual", u"\x2288"}, {"NotSucceeds", u"\x2281"},
-    {"NotSucceedsEqual", u"\x2AB0\x0338"}, {"NotSucceedsSlantEqual", u"\x22E1"},
-    {"NotSucceedsTilde", u"\x227F\x0338"}, {"NotSuperset", u"\x2283\x20D2"},
-    {"NotSupersetEqual", u"\x2289"}, {"NotTilde", u"\x2241"}, {"NotTildeEqual", u"\x2244"},
-    {"NotTildeFullEqual", u"\x2247"}, {"NotTildeTilde", u"\x2249"}, {"NotVerticalBar", u"\x2224"},
-    {"Nscr", u"\xD835\xDCA9"}, {"Ntilde", u"\x00D1", true}, {"Nu", u"\x039D"}, {"OElig", u"\x0152"},
-    {"Oacute", u"\x00D3", true}, {"Ocirc", u"\x00D4", true}, {"Ocy", u"\x041E"},
-    {"Odblac", u"\x0150"}, {"Ofr", u"\xD835\xDD12"}, {"Ograve", u"\x00D2", true},
-    {"Omacr", u"\x014C"}, {"Omega", u"\x03A9"}, {"Omicron", u"\x039F"}, {"Oopf", u"\xD835\xDD46"},
-    {"OpenCurlyDoubleQuote", u"\x201C"}, {"OpenCurlyQuote", u"\x2018"}, {"Or", u"\x2A54"},
-    {"Oscr", u"\xD835\xDCAA"}, {"Oslash", u"\x00D8", true}, {"Otilde", u"\x00D5", true},
-    {"Otimes", u"\x2A37"}, {"Ouml", u"\x00D6", true}, {"OverBar", u"\x203E"},
-    {"OverBrace", u"\x23DE"}, {"OverBracket", u"\x23B4"}, {"OverParenthesis", u"\x23DC"},
-    {"PartialD", u"\x2202"}, {"Pcy", u"\x041F"}, {"Pfr", u"\xD835\xDD13"}, {"Phi", u"\x03A6"},
-    {"Pi", u"\x03A0"}, {"PlusMinus", u"\x00B1"}, {"Poincareplane", u"\x210C"}, {"Popf", u"\x2119"},
-    {"Pr", u"\x2ABB"}, {"Precedes", u"\x227A"}, {"PrecedesEqual", u"\x2AAF"},
-    {"PrecedesSlantEqual", u"\x227C"}, {"PrecedesTilde", u"\x227E"}, {"Prime", u"\x2033"},
-    {"Product", u"\x220F"}, {"Proportion", u"\x2237"}, {"Proportional", u"\x221D"},
-    {"Pscr", u"\xD835\xDCAB"}, {"Psi", u"\x03A8"}, {"QUOT", u"\x0022", true},
-    {"Qfr", u"\xD835\xDD14"}, {"Qopf", u"\x211A"}, {"Qscr", u"\xD835\xDCAC"}, {"RBarr", u"\x2910"},
-    {"REG", u"\x00AE", true}, {"Racute", u"\x0154"}, {"Rang", u"\x27EB"}, {"Rarr", u"\x21A0"},
-    {"Rarrtl", u"\x2916"}, {"Rcaron", u"\x0158"}, {"Rcedil", u"\x0156"}, {"Rcy", u"\x0420"},
-    {"Re", u"\x211C"}, {"ReverseElement", u"\x220B"}, {"ReverseEquilibrium", u"\x21CB"},
-    {"ReverseUpEquilibrium", u"\x296F"}, {"Rfr", u"\x211C"}, {"Rho", u"\x03A1"},
-    {"RightAngleBracket", u"\x27E9"}, {"RightArrow", u"\x2192"}, {"RightArrowBar", u"\x21E5"},
-    {"RightArrowLeftArrow", u"\x21C4"}, {"RightCeiling", u"\x2309"},
-    {"RightDoubleBracket", u"\x27E7"}, {"RightDownTeeVector", u"\x295D"},
-    {"RightDownVector", u"\x21C2"}, {"RightDownVectorBar", u"\x2955"}, {"RightFloor", u"\x230B"},
-    {"RightTee", u"\x22A2"}, {"RightTeeArrow", u"\x21A6"}, {"RightTeeVector", u"\x295B"},
-    {"RightTriangle", u"\x22B3"}, {"RightTriangleBar", u"\x29D0"},
-    {"RightTriangleEqual", u"\x22B5"}, {"RightUpDownVector", u"\x294F"},
-    {"RightUpTeeVector", u"\x295C"}, {"RightUpVector", u"\x21BE"}, {"RightUpVectorBar", u"\x2954"},
-    {"RightVector", u"\x21C0"}, {"RightVectorBar", u"\x2953"}, {"Rightarrow", u"\x21D2"},
-    {"Ropf", u"\x211D"}, {"RoundImplies", u"\x2970"}, {"Rrightarrow", u"\x21DB"},
-    {"Rscr", u"\x211B"}, {"Rsh", u"\x21B1"}, {"RuleDelayed", u"\x29F4"}, {"SHCHcy", u"\x0429"},
-    {"SHcy", u"\x0428"}, {"SOFTcy", u"\x042C"}, {"Sacute", u"\x015A"}, {"Sc", u"\x2ABC"},
-    {"Scaron", u"\x0160"}, {"Scedil", u"\x015E"}, {"Scirc", u"\x015C"}, {"Scy", u"\x0421"},
-    {"Sfr", u"\xD835\xDD16"}, {"ShortDownArrow", u"\x2193"}, {"ShortLeftArrow", u"\x2190"},
-    {"ShortRightArrow", u"\x2192"}, {"ShortUpArrow", u"\x2191"}, {"Sigma", u"\x03A3"},
-    {"SmallCircle", u"\x2218"}, {"Sopf", u"\xD835\xDD4A"}, {"Sqrt", u"\x221A"},
-    {"Square", u"\x25A1"}, {"SquareIntersection", u"\x2293"}, {"SquareSubset", u"\x228F"},
-    {"SquareSubsetEqual", u"\x2291"}, {"SquareSuperset", u"\x2290"},
-    {"SquareSupersetEqual", u"\x2292"}, {"SquareUnion", u"\x2294"}, {"Sscr", u"\xD835\xDCAE"},
-    {"Star", u"\x22C6"}, {"Sub", u"\x22D0"}, {"Subset", u"\x22D0"}, {"SubsetEqual", u"\x2286"},
-    {"Succeeds", u"\x227B"}, {"SucceedsEqual", u"\x2AB0"}, {"SucceedsSlantEqual", u"\x227D"},
-    {"SucceedsTilde", u"\x227F"}, {"SuchThat", u"\x220B"}, {"Sum", u"\x2211"}, {"Sup", u"\x22D1"},
-    {"Superset", u"\x2283"}, {"SupersetEqual", u"\x2287"}, {"Supset", u"\x22D1"},
-    {"THORN", u"\x00DE", true}, {"TRADE", u"\x2122"}, {"TSHcy", u"\x040B"}, {"TScy", u"\x0426"},
-    {"Tab", u"\x0009"}, {"Tau", u"\x03A4"}, {"Tcaron", u"\x0164"}, {"Tcedil", u"\x0162"},
-    {"Tcy", u"\x0422"}, {"Tfr", u"\xD835\xDD17"}, {"Therefore", u"\x2234"}, {"Theta", u"\x0398"},
-    {"ThickSpace", u"\x205F\x200A"}, {"ThinSpace", u"\x2009"}, {"Tilde", u"\x223C"},
-    {"TildeEqual", u"\x2243"}, {"TildeFullEqual", u"\x2245"}, {"TildeTilde", u"\x2248"},
-    {"Topf", u"\xD835\xDD4B"}, {"TripleDot", u"\x20DB"}, {"Tscr", u"\xD835\xDCAF"},
-    {"Tstrok", u"\x0166"}, {"Uacute", u"\x00DA", true}, {"Uarr", u"\x219F"},
-    {"Uarrocir", u"\x2949"}, {"Ubrcy", u"\x040E"}, {"Ubreve", u"\x016C"},
-    {"Ucirc", u"\x00DB", true}, {"Ucy", u"\x0423"}, {"Udblac", u"\x0170"}, {"Ufr", u"\xD835\xDD18"},
-    {"Ugrave", u"\x00D9", true}, {"Umacr", u"\x016A"}, {"UnderBar", u"\x005F"},
-    {"UnderBrace", u"\x23DF"}, {"UnderBracket", u"\x23B5"}, {"UnderParenthesis", u"\x23DD"},
-    {"Union", u"\x22C3"}, {"UnionPlus", u"\x228E"}, {"Uogon", u"\x0172"}, {"Uopf", u"\xD835\xDD4C"},
-    {"UpArrow", u"\x2191"}, {"UpArrowBar", u"\x2912"}, {"UpArrowDownArrow", u"\x21C5"},
-    {"UpDownArrow", u"\x2195"}, {"UpEquilibrium", u"\x296E"}, {"UpTee", u"\x22A5"},
-    {"UpTeeArrow", u"\x21A5"}, {"Uparrow", u"\x21D1"}, {"Updownarrow", u"\x21D5"},
-    {"UpperLeftArrow", u"\x2196"}, {"UpperRightArrow", u"\x2197"}, {"Upsi", u"\x03D2"},
-    {"Upsilon", u"\x03A5"}, {"Uring", u"\x016E"}, {"Uscr", u"\xD835\xDCB0"}, {"Utilde", u"\x0168"},
-    {"Uuml", u"\x00DC", true}, {"VDash", u"\x22AB"}, {"Vbar", u"\x2AEB"}, {"Vcy", u"\x0412"},
-    {"Vdash", u"\x22A9"}, {"Vdashl", u"\x2AE6"}, {"Vee", u"\x22C1"}, {"Verbar", u"\x2016"},
-    {"Vert", u"\x2016"}, {"VerticalBar", u"\x2223"}, {"VerticalLine", u"\x007C"},
-    {"VerticalSeparator", u"\x2758"}, {"VerticalTilde", u"\x2240"}, {"VeryThinSpace", u"\x200A"},
-    {"Vfr", u"\xD835\xDD19"}, {"Vopf", u"\xD835\xDD4D"}, {"Vscr", u"\xD835\xDCB1"},
-    {"Vvdash", u"\x22AA"}, {"Wcirc", u"\x0174"}, {"Wedge", u"\x22C0"}, {"Wfr", u"\xD835\xDD1A"},
-    {"Wopf", u"\xD835\xDD4E"}, {"Wscr", u"\xD835\xDCB2"}, {"Xfr", u"\xD835\xDD1B"},
-    {"Xi", u"\x039E"}, {"Xopf", u"\xD835\xDD4F"}, {"Xscr", u"\xD835\xDCB3"}, {"YAcy", u"\x042F"},
-    {"YIcy", u"\x0407"}, {"YUcy", u"\x042E"}, {"Yacute", u"\x00DD", true}, {"Ycirc", u"\x0176"},
-    {"Ycy", u"\x042B"}, {"Yfr", u"\xD835\xDD1C"}, {"Yopf", u"\xD835\xDD50"},
-    {"Yscr", u"\xD835\xDCB4"}, {"Yuml", u"\x0178"}, {"ZHcy", u"\x0416"}, {"Zacute", u"\x0179"},
-    {"Zcaron", u"\x017D"}, {"Zcy", u"\x0417"}, {"Zdot", u"\x017B"}, {"ZeroWidthSpace", u"\x200B"},
-    {"Zeta", u"\x0396"}, {"Zfr", u"\x2128"}, {"Zopf", u"\x2124"}, {"Zscr", u"\xD835\xDCB5"},
-    {"aacute", u"\x00E1", true}, {"abreve", u"\x0103"}, {"ac", u"\x223E"}, {"acE", u"\x223E\x0333"},
-    {"acd", u"\x223F"}, {"acirc", u"\x00E2", true}, {"acute", u"\x00B4", true}, {"acy", u"\x0430"},
-    {"aelig", u"\x00E6", true}, {"af", u"\x2061"}, {"afr", u"\xD835\xDD1E"},
-    {"agrave", u"\x00E0", true}, {"alefsym", u"\x2135"}, {"aleph", u"\x2135"}, {"alpha", u"\x03B1"},
-    {"amacr", u"\x0101"}, {"amalg", u"\x2A3F"}, {"amp", u"\x0026", true}, {"and", u"\x2227"},
-    {"andand", u"\x2A55"}, {"andd", u"\x2A5C"}, {"andslope", u"\x2A58"}, {"andv", u"\x2A5A"},
-    {"ang", u"\x2220"}, {"ange", u"\x29A4"}, {"angle", u"\x2220"}, {"angmsd", u"\x2221"},
-    {"angmsdaa", u"\x29A8"}, {"angmsdab", u"\x29A9"}, {"angmsdac", u"\x29AA"},
-    {"angmsdad", u"\x29AB"}, {"angmsdae", u"\x29AC"}, {"angmsdaf", u"\x29AD"},
-    {"angmsdag", u"\x29AE"}, {"angmsdah", u"\x29AF"}, {"angrt", u"\x221F"}, {"angrtvb", u"\x22BE"},
-    {"angrtvbd", u"\x299D"}, {"angsph", u"\x2222"}, {"angst", u"\x00C5"}, {"angzarr", u"\x237C"},
-    {"aogon", u"\x0105"}, {"aopf", u"\xD835\xDD52"}, {"ap", u"\x2248"}, {"apE", u"\x2A70"},
-    {"apacir", u"\x2A6F"}, {"ape", u"\x224A"}, {"apid", u"\x224B"}, {"apos", u"\x0027"},
-    {"approx", u"\x2248"}, {"approxeq", u"\x224A"}, {"aring", u"\x00E5", true},
-    {"ascr", u"\xD835\xDCB6"}, {"ast", u"\x002A"}, {"asymp", u"\x2248"}, {"asympeq", u"\x224D"},
-    {"atilde", u"\x00E3", true}, {"auml", u"\x00E4", true}, {"awconint", u"\x2233"},
-    {"awint", u"\x2A11"}, {"bNot", u"\x2AED"}, {"backcong", u"\x224C"}, {"backepsilon", u"\x03F6"},
-    {"backprime", u"\x2035"}, {"backsim", u"\x223D"}, {"backsimeq", u"\x22CD"},
-    {"barvee", u"\x22BD"}, {"barwed", u"\x2305"}, {"barwedge", u"\x2305"}, {"bbrk", u"\x23B5"},
-    {"bbrktbrk", u"\x23B6"}, {"bcong", u"\x224C"}, {"bcy", u"\x0431"}, {"bdquo", u"\x201E"},
-    {"becaus", u"\x2235"}, {"because", u"\x2235"}, {"bemptyv", u"\x29B0"}, {"bepsi", u"\x03F6"},
-    {"bernou", u"\x212C"}, {"beta", u"\x03B2"}, {"beth", u"\x2136"}, {"between", u"\x226C"},
-    {"bfr", u"\xD835\xDD1F"}, {"bigcap", u"\x22C2"}, {"bigcirc", u"\x25EF"}, {"bigcup", u"\x22C3"},
-    {"bigodot", u"\x2A00"}, {"bigoplus", u"\x2A01"}, {"bigotimes", u"\x2A02"},
-    {"bigsqcup", u"\x2A06"}, {"bigstar", u"\x2605"}, {"bigtriangledown", u"\x25BD"},
-    {"bigtriangleup", u"\x25B3"}, {"biguplus", u"\x2A04"}, {"bigvee", u"\x22C1"},
-    {"bigwedge", u"\x22C0"}, {"bkarow", u"\x290D"}, {"blacklozenge", u"\x29EB"},
-    {"blacksquare", u"\x25AA"}, {"blacktriangle", u"\x25B4"}, {"blacktriangledown", u"\x25BE"},
-    {"blacktriangleleft", u"\x25C2"}, {"blacktriangleright", u"\x25B8"}, {"blank", u"\x2423"},
-    {"blk12", u"\x2592"}, {"blk14", u"\x2591"}, {"blk34", u"\x2593"}, {"block", u"\x2588"},
-    {"bne", u"\x003D\x20E5"}, {"bnequiv", u"\x2261\x20E5"}, {"bnot", u"\x2310"},
-    {"bopf", u"\xD835\xDD53"}, {"bot", u"\x22A5"}, {"bottom", u"\x22A5"}, {"bowtie", u"\x22C8"},
-    {"boxDL", u"\x2557"}, {"boxDR", u"\x2554"}, {"boxDl", u"\x2556"}, {"boxDr", u"\x2553"},
-    {"boxH", u"\x2550"}, {"boxHD", u"\x2566"}, {"boxHU", u"\x2569"}, {"boxHd", u"\x2564"},
-    {"boxHu", u"\x2567"}, {"boxUL", u"\x255D"}, {"boxUR", u"\x255A"}, {"boxUl", u"\x255C"},
-    {"boxUr", u"\x2559"}, {"boxV", u"\x2551"}, {"boxVH", u"\x256C"}, {"boxVL", u"\x2563"},
-    {"boxVR", u"\x2560"}, {"boxVh", u"\x256B"}, {"boxVl", u"\x2562"}, {"boxVr", u"\x255F"},
-    {"boxbox", u"\x29C9"}, {"boxdL", u"\x2555"}, {"boxdR", u"\x2552"}, {"boxdl", u"\x2510"},
-    {"boxdr", u"\x250C"}, {"boxh", u"\x2500"}, {"boxhD", u"\x2565"}, {"boxhU", u"\x2568"},
-    {"boxhd", u"\x252C"}, {"boxhu", u"\x2534"}, {"boxminus", u"\x229F"}, {"boxplus", u"\x229E"},
-    {"boxtimes", u"\x22A0"}, {"boxuL", u"\x255B"}, {"boxuR", u"\x2558"}, {"boxul", u"\x2518"},
-    {"boxur", u"\x2514"}, {"boxv", u"\x2502"}, {"boxvH", u"\x256A"}, {"boxvL", u"\x2561"},
-    {"boxvR", u"\x255E"}, {"boxvh", u"\x253C"}, {"boxvl", u"\x2524"}, {"boxvr", u"\x251C"},
-    {"bprime", u"\x2035"}, {"breve", u"\x02D8"}, {"brvbar", u"\x00A6", true},
-    {"bscr", u"\xD835\xDCB7"}, {"bsemi", u"\x204F"}, {"bsim", u"\x223D"}, {"bsime", u"\x22CD"},
-    {"bsol", u"\x005C"}, {"bsolb", u"\x29C5"}, {"bsolhsub", u"\x27C8"}, {"bull", u"\x2022"},
-    {"bullet", u"\x2022"}, {"bump", u"\x224E"}, {"bumpE", u"\x2AAE"}, {"bumpe", u"\x224F"},
-    {"bumpeq", u"\x224F"}, {"cacute", u"\x0107"}, {"cap", u"\x2229"}, {"capand", u"\x2A44"},
-    {"capbrcup", u"\x2A49"}, {"capcap", u"\x2A4B"}, {"capcup", u"\x2A47"}, {"capdot", u"\x2A40"},
-    {"caps", u"\x2229\xFE00"}, {"caret", u"\x2041"}, {"caron", u"\x02C7"}, {"ccaps", u"\x2A4D"},
-    {"ccaron", u"\x010D"}, {"ccedil", u"\x00E7", true}, {"ccirc", u"\x0109"}, {"ccups", u"\x2A4C"},
-    {"ccupssm", u"\x2A50"}, {"cdot", u"\x010B"}, {"cedil", u"\x00B8", true}, {"cemptyv", u"\x29B2"},
-    {"cent", u"\x00A2", true}, {"centerdot", u"\x00B7"}, {"cfr", u"\xD835\xDD20"},
-    {"chcy", u"\x0447"}, {"check", u"\x2713"}, {"checkmark", u"\x2713"}, {"chi", u"\x03C7"},
-    {"cir", u"\x25CB"}, {"cirE", u"\x29C3"}, {"circ", u"\x02C6"}, {"circeq", u"\x2257"},
-    {"circlearrowleft", u"\x21BA"}, {"circlearrowright", u"\x21BB"}, {"circledR", u"\x00AE"},
-    {"circledS", u"\x24C8"}, {"circledast", u"\x229B"}, {"circledcirc", u"\x229A"},
-    {"circleddash", u"\x229D"}, {"cire", u"\x2257"}, {"cirfnint", u"\x2A10"}, {"cirmid", u"\x2AEF"},
-    {"cirscir", u"\x29C2"}, {"clubs", u"\x2663"}, {"clubsuit", u"\x2663"}, {"colon", u"\x003A"},
-    {"colone", u"\x2254"}, {"coloneq", u"\x2254"}, {"comma", u"\x002C"}, {"commat", u"\x0040"},
-    {"comp", u"\x2201"}, {"compfn", u"\x2218"}, {"complement", u"\x2201"}, {"complexes", u"\x2102"},
-    {"cong", u"\x2245"}, {"congdot", u"\x2A6D"}, {"conint", u"\x222E"}, {"copf", u"\xD835\xDD54"},
-    {"coprod", u"\x2210"}, {"copy", u"\x00A9", true}, {"copysr", u"\x2117"}, {"crarr", u"\x21B5"},
-    {"cross", u"\x2717"}, {"cscr", u"\xD835\xDCB8"}, {"csub", u"\x2ACF"}, {"csube", u"\x2AD1"},
-    {"csup", u"\x2AD0"}, {"csupe", u"\x2AD2"}, {"ctdot", u"\x22EF"}, {"cudarrl", u"\x2938"},
-    {"cudarrr", u"\x2935"}, {"cuepr", u"\x22DE"}, {"cuesc", u"\x22DF"}, {"cularr", u"\x21B6"},
-    {"cularrp", u"\x293D"}, {"cup", u"\x222A"}, {"cupbrcap", u"\x2A48"}, {"cupcap", u"\x2A46"},
-    {"cupcup", u"\x2A4A"}, {"cupdot", u"\x228D"}, {"cupor", u"\x2A45"}, {"cups", u"\x222A\xFE00"},
-    {"curarr", u"\x21B7"}, {"curarrm", u"\x293C"}, {"curlyeqprec", u"\x22DE"},
-    {"curlyeqsucc", u"\x22DF"}, {"curlyvee", u"\x22CE"}, {"curlywedge", u"\x22CF"},
-    {"curren", u"\x00A4", true}, {"curvearrowleft", u"\x21B6"}, {"curvearrowright", u"\x21B7"},
-    {"cuvee", u"\x22CE"}, {"cuwed", u"\x22CF"}, {"cwconint", u"\x2232"}, {"cwint", u"\x2231"},
-    {"cylcty", u"\x232D"}, {"dArr", u"\x21D3"}, {"dHar", u"\x2965"}, {"dagger", u"\x2020"},
-    {"daleth", u"\x2138"}, {"darr", u"\x2193"}, {"dash", u"\x2010"}, {"dashv", u"\x22A3"},
-    {"dbkarow", u"\x290F"}, {"dblac", u"\x02DD"}, {"dcaron", u"\x010F"}, {"dcy", u"\x0434"},
-    {"dd", u"\x2146"}, {"ddagger", u"\x2021"}, {"ddarr", u"\x21CA"}, {"ddotseq", u"\x2A77"},
-    {"deg", u"\x00B0", true}, {"delta", u"\x03B4"}, {"demptyv", u"\x29B1"}, {"dfisht", u"\x297F"},
-    {"dfr", u"\xD835\xDD21"}, {"dharl", u"\x21C3"}, {"dharr", u"\x21C2"}, {"diam", u"\x22C4"},
-    {"diamond", u"\x22C4"}, {"diamondsuit", u"\x2666"}, {"diams", u"\x2666"}, {"die", u"\x00A8"},
-    {"digamma", u"\x03DD"}, {"disin", u"\x22F2"}, {"div", u"\x00F7"}, {"divide", u"\x00F7", true},
-    {"divideontimes", u"\x22C7"}, {"divonx", u"\x22C7"}, {"djcy", u"\x0452"}, {"dlcorn", u"\x231E"},
-    {"dlcrop", u"\x230D"}, {"dollar", u"\x0024"}, {"dopf", u"\xD835\xDD55"}, {"dot", u"\x02D9"},
-    {"doteq", u"\x2250"}, {"doteqdot", u"\x2251"}, {"dotminus", u"\x2238"}, {"dotplus", u"\x2214"},
-    {"dotsquare", u"\x22A1"}, {"doublebarwedge", u"\x2306"}, {"downarrow", u"\x2193"},
-    {"downdownarrows", u"\x21CA"}, {"downharpoonleft", u"\x21C3"}, {"downharpoonright", u"\x21C2"},
-    {"drbkarow", u"\x2910"}, {"drcorn", u"\x231F"}, {"drcrop", u"\x230C"},
-    {"dscr", u"\xD835\xDCB9"}, {"dscy", u"\x0455"}, {"dsol", u"\x29F6"}, {"dstrok", u"\x0111"},
-    {"dtdot", u"\x22F1"}, {"dtri", u"\x25BF"}, {"dtrif", u"\x25BE"}, {"duarr", u"\x21F5"},
-    {"duhar", u"\x296F"}, {"dwangle", u"\x29A6"}, {"dzcy", u"\x045F"}, {"dzigrarr", u"\x27FF"},
-    {"eDDot", u"\x2A77"}, {"eDot", u"\x2251"}, {"eacute", u"\x00E9", true}, {"easter", u"\x2A6E"},
-    {"ecaron", u"\x011B"}, {"ecir", u"\x2256"}, {"ecirc", u"\x00EA", true}, {"ecolon", u"\x2255"},
-    {"ecy", u"\x044D"}, {"edot", u"\x0117"}, {"ee", u"\x2147"}, {"efDot", u"\x2252"},
-    {"efr", u"\xD835\xDD22"}, {"eg", u"\x2A9A"}, {"egrave", u"\x00E8", true}, {"egs", u"\x2A96"},
-    {"egsdot", u"\x2A98"}, {"el", u"\x2A99"}, {"elinters", u"\x23E7"}, {"ell", u"\x2113"},
-    {"els", u"\x2A95"}, {"elsdot", u"\x2A97"}, {"emacr", u"\x0113"}, {"empty", u"\x2205"},
-    {"emptyset", u"\x2205"}, {"emptyv", u"\x2205"}, {"emsp13", u"\x2004"}, {"emsp14", u"\x2005"},
-    {"emsp", u"\x2003"}, {"eng", u"\x014B"}, {"ensp", u"\x2002"}, {"eogon", u"\x0119"},
-    {"eopf", u"\xD835\xDD56"}, {"epar", u"\x22D5"}, {"eparsl", u"\x29E3"}, {"eplus", u"\x2A71"},
-    {"epsi", u"\x03B5"}, {"epsilon", u"\x03B5"}, {"epsiv", u"\x03F5"}, {"eqcirc", u"\x2256"},
-    {"eqcolon", u"\x2255"}, {"eqsim", u"\x2242"}, {"eqslantgtr", u"\x2A96"},
-    {"eqslantless", u"\x2A95"}, {"equals", u"\x003D"}, {"equest", u"\x225F"}, {"equiv", u"\x2261"},
-    {"equivDD", u"\x2A78"}, {"eqvparsl", u"\x29E5"}, {"erDot", u"\x2253"}, {"erarr", u"\x2971"},
-    {"escr", u"\x212F"}, {"esdot", u"\x2250"}, {"esim", u"\x2242"}, {"eta", u"\x03B7"},
-    {"eth", u"\x00F0", true}, {"euml", u"\x00EB", true}, {"euro", u"\x20AC"}, {"excl", u"\x0021"},
-    {"exist", u"\x2203"}, {"expectation", u"\x2130"}, {"exponentiale", u"\x2147"},
-    {"fallingdotseq", u"\x2252"}, {"fcy", u"\x0444"}, {"female", u"\x2640"}, {"ffilig", u"\xFB03"},
-    {"fflig", u"\xFB00"}, {"ffllig", u"\xFB04"}, {"ffr", u"\xD835\xDD23"}, {"filig", u"\xFB01"},
-    {"fjlig", u"\x0066\x006A"}, {"flat", u"\x266D"}, {"fllig", u"\xFB02"}, {"fltns", u"\x25B1"},
-    {"fnof", u"\x0192"}, {"fopf", u"\xD835\xDD57"}, {"forall", u"\x2200"}, {"fork", u"\x22D4"},
-    {"forkv", u"\x2AD9"}, {"fpartint", u"\x2A0D"}, {"frac12", u"\x00BD", true},
-    {"frac13", u"\x2153"}, {"frac14", u"\x00BC", true}, {"frac15", u"\x2155"},
-    {"frac16", u"\x2159"}, {"frac18", u"\x215B"}, {"frac23", u"\x2154"}, {"frac25", u"\x2156"},
-    {"frac34", u"\x00BE", true}, {"frac35", u"\x2157"}, {"frac38", u"\x215C"},
-    {"frac45", u"\x2158"}, {"frac56", u"\x215A"}, {"frac58", u"\x215D"}, {"frac78", u"\x215E"},
-    {"frasl", u"\x2044"}, {"frown", u"\x2322"}, {"fscr", u"\xD835\xDCBB"}, {"gE", u"\x2267"},
-    {"gEl", u"\x2A8C"}, {"gacute", u"\x01F5"}, {"gamma", u"\x03B3"}, {"gammad", u"\x03DD"},
-    {"gap", u"\x2A86"}, {"gbreve", u"\x011F"}, {"gcirc", u"\x011D"}, {"gcy", u"\x0433"},
-    {"gdot", u"\x0121"}, {"ge", u"\x2265"}, {"gel", u"\x22DB"}, {"geq", u"\x2265"},
-    {"geqq", u"\x2267"}, {"geqslant", u"\x2A7E"}, {"ges", u"\x2A7E"}, {"gescc", u"\x2AA9"},
-    {"gesdot", u"\x2A80"}, {"gesdoto", u"\x2A82"}, {"gesdotol", u"\x2A84"},
-    {"gesl", u"\x22DB\xFE00"}, {"gesles", u"\x2A94"}, {"gfr", u"\xD835\xDD24"}, {"gg", u"\x226B"},
-    {"ggg", u"\x22D9"}, {"gimel", u"\x2137"}, {"gjcy", u"\x0453"}, {"gl", u"\x2277"},
-    {"glE", u"\x2A92"}, {"gla", u"\x2AA5"}, {"glj", u"\x2AA4"}, {"gnE", u"\x2269"},
-    {"gnap", u"\x2A8A"}, {"gnapprox", u"\x2A8A"}, {"gne", u"\x2A88"}, {"gneq", u"\x2A88"},
-    {"gneqq", u"\x2269"}, {"gnsim", u"\x22E7"}, {"gopf", u"\xD835\xDD58"}, {"grave", u"\x0060"},
-    {"gscr", u"\x210A"}, {"gsim", u"\x2273"}, {"gsime", u"\x2A8E"}, {"gsiml", u"\x2A90"},
-    {"gt", u"\x003E", true}, {"gtcc", u"\x2AA7"}, {"gtcir", u"\x2A7A"}, {"gtdot", u"\x22D7"},
-    {"gtlPar", u"\x2995"}, {"gtquest", u"\x2A7C"}, {"gtrapprox", u"\x2A86"}, {"gtrarr", u"\x2978"},
-    {"gtrdot", u"\x22D7"}, {"gtreqless", u"\x22DB"}, {"gtreqqless", u"\x2A8C"},
-    {"gtrless", u"\x2277"}, {"gtrsim", u"\x2273"}, {"gvertneqq", u"\x2269\xFE00"},
-    {"gvnE", u"\x2269\xFE00"}, {"hArr", u"\x21D4"}, {"hairsp", u"\x200A"}, {"half", u"\x00BD"},
-    {"hamilt", u"\x210B"}, {"hardcy", u"\x044A"}, {"harr", u"\x2194"}, {"harrcir", u"\x2948"},
-    {"harrw", u"\x21AD"}, {"hbar", u"\x210F"}, {"hcirc", u"\x0125"}, {"hearts", u"\x2665"},
-    {"heartsuit", u"\x2665"}, {"hellip", u"\x2026"}, {"hercon", u"\x22B9"},
-    {"hfr", u"\xD835\xDD25"}, {"hksearow", u"\x2925"}, {"hkswarow", u"\x2926"},
-    {"hoarr", u"\x21FF"}, {"homtht", u"\x223B"}, {"hookleftarrow", u"\x21A9"},
-    {"hookrightarrow", u"\x21AA"}, {"hopf", u"\xD835\xDD59"}, {"horbar", u"\x2015"},
-    {"hscr", u"\xD835\xDCBD"}, {"hslash", u"\x210F"}, {"hstrok", u"\x0127"}, {"hybull", u"\x2043"},
-    {"hyphen", u"\x2010"}, {"iacute", u"\x00ED", true}, {"ic", u"\x2063"},
-    {"icirc", u"\x00EE", true}, {"icy", u"\x0438"}, {"iecy", u"\x0435"}, {"iexcl", u"\x00A1", true},
-    {"iff", u"\x21D4"}, {"ifr", u"\xD835\xDD26"}, {"igrave", u"\x00EC", true}, {"ii", u"\x2148"},
-    {"iiiint", u"\x2A0C"}, {"iiint", u"\x222D"}, {"iinfin", u"\x29DC"}, {"iiota", u"\x2129"},
-    {"ijlig", u"\x0133"}, {"imacr", u"\x012B"}, {"image", u"\x2111"}, {"imagline", u"\x2110"},
-    {"imagpart", u"\x2111"}, {"imath", u"\x0131"}, {"imof", u"\x22B7"}, {"imped", u"\x01B5"},
-    {"in", u"\x2208"}, {"incare", u"\x2105"}, {"infin", u"\x221E"}, {"infintie", u"\x29DD"},
-    {"inodot", u"\x0131"}, {"int", u"\x222B"}, {"intcal", u"\x22BA"}, {"integers", u"\x2124"},
-    {"intercal", u"\x22BA"}, {"intlarhk", u"\x2A17"}, {"intprod", u"\x2A3C"}, {"iocy", u"\x0451"},
-    {"iogon", u"\x012F"}, {"iopf", u"\xD835\xDD5A"}, {"iota", u"\x03B9"}, {"iprod", u"\x2A3C"},
-    {"iquest", u"\x00BF", true}, {"iscr", u"\xD835\xDCBE"}, {"isin", u"\x2208"},
-    {"isinE", u"\x22F9"}, {"isindot", u"\x22F5"}, {"isins", u"\x22F4"}, {"isinsv", u"\x22F3"},
-    {"isinv", u"\x2208"}, {"it", u"\x2062"}, {"itilde", u"\x0129"}, {"iukcy", u"\x0456"},
-    {"iuml", u"\x00EF", true}, {"jcirc", u"\x0135"}, {"jcy", u"\x0439"}, {"jfr", u"\xD835\xDD27"},
-    {"jmath", u"\x0237"}, {"jopf", u"\xD835\xDD5B"}, {"jscr", u"\xD835\xDCBF"},
-    {"jsercy", u"\x0458"}, {"jukcy", u"\x0454"}, {"kappa", u"\x03BA"}, {"kappav", u"\x03F0"},
-    {"kcedil", u"\x0137"}, {"kcy", u"\x043A"}, {"kfr", u"\xD835\xDD28"}, {"kgreen", u"\x0138"},
-    {"khcy", u"\x0445"}, {"kjcy", u"\x045C"}, {"kopf", u"\xD835\xDD5C"}, {"kscr", u"\xD835\xDCC0"},
-    {"lAarr", u"\x21DA"}, {"lArr", u"\x21D0"}, {"lAtail", u"\x291B"}, {"lBarr", u"\x290E"},
-    {"lE", u"\x2266"}, {"lEg", u"\x2A8B"}, {"lHar", u"\x2962"}, {"lacute", u"\x013A"},
-    {"laemptyv", u"\x29B4"}, {"lagran", u"\x2112"}, {"lambda", u"\x03BB"}, {"lang", u"\x27E8"},
-    {"langd", u"\x2991"}, {"langle", u"\x27E8"}, {"lap", u"\x2A85"}, {"laquo", u"\x00AB", true},
-    {"larr", u"\x2190"}, {"larrb", u"\x21E4"}, {"larrbfs", u"\x291F"}, {"larrfs", u"\x291D"},
-    {"larrhk", u"\x21A9"}, {"larrlp", u"\x21AB"}, {"larrpl", u"\x2939"}, {"larrsim", u"\x2973"},
-    {"larrtl", u"\x21A2"}, {"lat", u"\x2AAB"}, {"latail", u"\x2919"}, {"late", u"\x2AAD"},
-    {"lates", u"\x2AAD\xFE00"}, {"lbarr", u"\x290C"}, {"lbbrk", u"\x2772"}, {"lbrace", u"\x007B"},
-    {"lbrack", u"\x005B"}, {"lbrke", u"\x298B"}, {"lbrksld", u"\x298F"}, {"lbrkslu", u"\x298D"},
-    {"lcaron", u"\x013E"}, {"lcedil", u"\x013C"}, {"lceil", u"\x2308"}, {"lcub", u"\x007B"},
-    {"lcy", u"\x043B"}, {"ldca", u"\x2936"}, {"ldquo", u"\x201C"}, {"ldquor", u"\x201E"},
-    {"ldrdhar", u"\x2967"}, {"ldrushar", u"\x294B"}, {"ldsh", u"\x21B2"}, {"le", u"\x2264"},
-    {"leftarrow", u"\x2190"}, {"leftarrowtail", u"\x21A2"}, {"leftharpoondown", u"\x21BD"},
-    {"leftharpoonup", u"\x21BC"}, {"leftleftarrows", u"\x21C7"}, {"leftrightarrow", u"\x2194"},
-    {"leftrightarrows", u"\x21C6"}, {"leftrightharpoons", u"\x21CB"},
-    {"leftrightsquigarrow", u"\x21AD"}, {"leftthreetimes", u"\x22CB"}, {"leg", u"\x22DA"},
-    {"leq", u"\x2264"}, {"leqq", u"\x2266"}, {"leqslant", u"\x2A7D"}, {"les", u"\x2A7D"},
-    {"lescc", u"\x2AA8"}, {"lesdot", u"\x2A7F"}, {"lesdoto", u"\x2A81"}, {"lesdotor", u"\x2A83"},
-    {"lesg", u"\x22DA\xFE00"}, {"lesges", u"\x2A93"}, {"lessapprox", u"\x2A85"},
-    {"lessdot", u"\x22D6"}, {"lesseqgtr", u"\x22DA"}, {"lesseqqgtr", u"\x2A8B"},
-    {"lessgtr", u"\x2276"}, {"lesssim", u"\x2272"}, {"lfisht", u"\x297C"}, {"lfloor", u"\x230A"},
-    {"lfr", u"\xD835\xDD29"}, {"lg", u"\x2276"}, {"lgE", u"\x2A91"}, {"lhard", u"\x21BD"},
-    {"lharu", u"\x21BC"}, {"lharul", u"\x296A"}, {"lhblk", u"\x2584"}, {"ljcy", u"\x0459"},
-    {"ll", u"\x226A"}, {"llarr", u"\x21C7"}, {"llcorner", u"\x231E"}, {"llhard", u"\x296B"},
-    {"lltri", u"\x25FA"}, {"lmidot", u"\x0140"}, {"lmoust", u"\x23B0"}, {"lmoustache", u"\x23B0"},
-    {"lnE", u"\x2268"}, {"lnap", u"\x2A89"}, {"lnapprox", u"\x2A89"}, {"lne", u"\x2A87"},
-    {"lneq", u"\x2A87"}, {"lneqq", u"\x2268"}, {"lnsim", u"\x22E6"}, {"loang", u"\x27EC"},
-    {"loarr", u"\x21FD"}, {"lobrk", u"\x27E6"}, {"longleftarrow", u"\x27F5"},
-    {"longleftrightarrow", u"\x27F7"}, {"longmapsto", u"\x27FC"}, {"longrightarrow", u"\x27F6"},
-    {"looparrowleft", u"\x21AB"}, {"looparrowright", u"\x21AC"}, {"lopar", u"\x2985"},
-    {"lopf", u"\xD835\xDD5D"}, {"loplus", u"\x2A2D"}, {"lotimes", u"\x2A34"}, {"lowast", u"\x2217"},
-    {"lowbar", u"\x005F"}, {"loz", u"\x25CA"}, {"lozenge", u"\x25CA"}, {"lozf", u"\x29EB"},
-    {"lpar", u"\x0028"}, {"lparlt", u"\x2993"}, {"lrarr", u"\x21C6"}, {"lrcorner", u"\x231F"},
-    {"lrhar", u"\x21CB"}, {"lrhard", u"\x296D"}, {"lrm", u"\x200E"}, {"lrtri", u"\x22BF"},
-    {"lsaquo", u"\x2039"}, {"lscr", u"\xD835\xDCC1"}, {"lsh", u"\x21B0"}, {"lsim", u"\x2272"},
-    {"lsime", u"\x2A8D"}, {"lsimg", u"\x2A8F"}, {"lsqb", u"\x005B"}, {"lsquo", u"\x2018"},
-    {"lsquor", u"\x201A"}, {"lstrok", u"\x0142"}, {"lt", u"\x003C", true}, {"ltcc", u"\x2AA6"},
-    {"ltcir", u"\x2A79"}, {"ltdot", u"\x22D6"}, {"lthree", u"\x22CB"}, {"ltimes", u"\x22C9"},
-    {"ltlarr", u"\x2976"}, {"ltquest", u"\x2A7B"}, {"ltrPar", u"\x2996"}, {"ltri", u"\x25C3"},
-    {"ltrie", u"\x22B4"}, {"ltrif", u"\x25C2"}, {"lurdshar", u"\x294A"}, {"luruhar", u"\x2966"},
-    {"lvertneqq", u"\x2268\xFE00"}, {"lvnE", u"\x2268\xFE00"}, {"mDDot", u"\x223A"},
-    {"macr", u"\x00AF", true}, {"male", u"\x2642"}, {"malt", u"\x2720"}, {"maltese", u"\x2720"},
-    {"map", u"\x21A6"}, {"mapsto", u"\x21A6"}, {"mapstodown", u"\x21A7"}, {"mapstoleft", u"\x21A4"},
-    {"mapstoup", u"\x21A5"}, {"marker", u"\x25AE"}, {"mcomma", u"\x2A29"}, {"mcy", u"\x043C"},
-    {"mdash", u"\x2014"}, {"measuredangle", u"\x2221"}, {"mfr", u"\xD835\xDD2A"},
-    {"mho", u"\x2127"}, {"micro", u"\x00B5", true}, {"mid", u"\x2223"}, {"midast", u"\x002A"},
-    {"midcir", u"\x2AF0"}, {"middot", u"\x00B7", true}, {"minus", u"\x2212"}, {"minusb", u"\x229F"},
-    {"minusd", u"\x2238"}, {"minusdu", u"\x2A2A"}, {"mlcp", u"\x2ADB"}, {"mldr", u"\x2026"},
-    {"mnplus", u"\x2213"}, {"models", u"\x22A7"}, {"mopf", u"\xD835\xDD5E"}, {"mp", u"\x2213"},
-    {"mscr", u"\xD835\xDCC2"}, {"mstpos", u"\x223E"}, {"mu", u"\x03BC"}, {"multimap", u"\x22B8"},
-    {"mumap", u"\x22B8"}, {"nGg", u"\x22D9\x0338"}, {"nGt", u"\x226B\x20D2"},
-    {"nGtv", u"\x226B\x0338"}, {"nLeftarrow", u"\x21CD"}, {"nLeftrightarrow", u"\x21CE"},
-    {"nLl", u"\x22D8\x0338"}, {"nLt", u"\x226A\x20D2"}, {"nLtv", u"\x226A\x0338"},
-    {"nRightarrow", u"\x21CF"}, {"nVDash", u"\x22AF"}, {"nVdash", u"\x22AE"}, {"nabla", u"\x2207"},
-    {"nacute", u"\x0144"}, {"nang", u"\x2220\x20D2"}, {"nap", u"\x2249"}, {"napE", u"\x2A70\x0338"},
-    {"napid", u"\x224B\x0338"}, {"napos", u"\x0149"}, {"napprox", u"\x2249"}, {"natur", u"\x266E"},
-    {"natural", u"\x266E"}, {"naturals", u"\x2115"}, {"nbsp", u"\x00A0", true},
-    {"nbump", u"\x224E\x0338"}, {"nbumpe", u"\x224F\x0338"}, {"ncap", u"\x2A43"},
-    {"ncaron", u"\x0148"}, {"ncedil", u"\x0146"}, {"ncong", u"\x2247"},
-    {"ncongdot", u"\x2A6D\x0338"}, {"ncup", u"\x2A42"}, {"ncy", u"\x043D"}, {"ndash", u"\x2013"},
-    {"ne", u"\x2260"}, {"neArr", u"\x21D7"}, {"nearhk", u"\x2924"}, {"nearr", u"\x2197"},
-    {"nearrow", u"\x2197"}, {"nedot", u"\x2250\x0338"}, {"nequiv", u"\x2262"},
-    {"nesear", u"\x2928"}, {"nesim", u"\x2242\x0338"}, {"nexist", u"\x2204"},
-    {"nexists", u"\x2204"}, {"nfr", u"\xD835\xDD2B"}, {"ngE", u"\x2267\x0338"}, {"nge", u"\x2271"},
-    {"ngeq", u"\x2271"}, {"ngeqq", u"\x2267\x0338"}, {"ngeqslant", u"\x2A7E\x0338"},
-    {"nges", u"\x2A7E\x0338"}, {"ngsim", u"\x2275"}, {"ngt", u"\x226F"}, {"ngtr", u"\x226F"},
-    {"nhArr", u"\x21CE"}, {"nharr", u"\x21AE"}, {"nhpar", u"\x2AF2"}, {"ni", u"\x220B"},
-    {"nis", u"\x22FC"}, {"nisd", u"\x22FA"}, {"niv", u"\x220B"}, {"njcy", u"\x045A"},
-    {"nlArr", u"\x21CD"}, {"nlE", u"\x2266\x0338"}, {"nlarr", u"\x219A"}, {"nldr", u"\x2025"},
-    {"nle", u"\x2270"}, {"nleftarrow", u"\x219A"}, {"nleftrightarrow", u"\x21AE"},
-    {"nleq", u"\x2270"}, {"nleqq", u"\x2266\x0338"}, {"nleqslant", u"\x2A7D\x0338"},
-    {"nles", u"\x2A7D\x0338"}, {"nless", u"\x226E"}, {"nlsim", u"\x2274"}, {"nlt", u"\x226E"},
-    {"nltri", u"\x22EA"}, {"nltrie", u"\x22EC"}, {"nmid", u"\x2224"}, {"nopf", u"\xD835\xDD5F"},
-    {"not", u"\x00AC", true}, {"notin", u"\x2209"}, {"notinE", u"\x22F9\x0338"},
-    {"notindot", u"\x22F5\x0338"}, {"notinva", u"\x2209"}, {"notinvb", u"\x22F7"},
-    {"notinvc", u"\x22F6"}, {"notni", u"\x220C"}, {"notniva", u"\x220C"}, {"notnivb", u"\x22FE"},
-    {"notnivc", u"\x22FD"}, {"npar", u"\x2226"}, {"nparallel", u"\x2226"},
-    {"nparsl", u"\x2AFD\x20E5"}, {"npart", u"\x2202\x0338"}, {"npolint", u"\x2A14"},
-    {"npr", u"\x2280"}, {"nprcue", u"\x22E0"}, {"npre", u"\x2AAF\x0338"}, {"nprec", u"\x2280"},
-    {"npreceq", u"\x2AAF\x0338"}, {"nrArr", u"\x21CF"}, {"nrarr", u"\x219B"},
-    {"nrarrc", u"\x2933\x0338"}, {"nrarrw", u"\x219D\x0338"}, {"nrightarrow", u"\x219B"},
-    {"nrtri", u"\x22EB"}, {"nrtrie", u"\x22ED"}, {"nsc", u"\x2281"}, {"nsccue", u"\x22E1"},
-    {"nsce", u"\x2AB0\x0338"}, {"nscr", u"\xD835\xDCC3"}, {"nshortmid", u"\x2224"},
-    {"nshortparallel", u"\x2226"}, {"nsim", u"\x2241"}, {"nsime", u"\x2244"}, {"nsimeq", u"\x2244"},
-    {"nsmid", u"\x2224"}, {"nspar", u"\x2226"}, {"nsqsube", u"\x22E2"}, {"nsqsupe", u"\x22E3"},
-    {"nsub", u"\x2284"}, {"nsubE", u"\x2AC5\x0338"}, {"nsube", u"\x2288"},
-    {"nsubset", u"\x2282\x20D2"}, {"nsubseteq", u"\x2288"}, {"nsubseteqq", u"\x2AC5\x0338"},
-    {"nsucc", u"\x2281"}, {"nsucceq", u"\x2AB0\x0338"}, {"nsup", u"\x2285"},
-    {"nsupE", u"\x2AC6\x0338"}, {"nsupe", u"\x2289"}, {"nsupset", u"\x2283\x20D2"},
-    {"nsupseteq", u"\x2289"}, {"nsupseteqq", u"\x2AC6\x0338"}, {"ntgl", u"\x2279"},
-    {"ntilde", u"\x00F1", true}, {"ntlg", u"\x2278"}, {"ntriangleleft", u"\x22EA"},
-    {"ntrianglelefteq", u"\x22EC"}, {"ntriangleright", u"\x22EB"}, {"ntrianglerighteq", u"\x22ED"},
-    {"nu", u"\x03BD"}, {"num", u"\x0023"}, {"numero", u"\x2116"}, {"numsp", u"\x2007"},
-    {"nvDash", u"\x22AD"}, {"nvHarr", u"\x2904"}, {"nvap", u"\x224D\x20D2"}, {"nvdash", u"\x22AC"},
-    {"nvge", u"\x2265\x20D2"}, {"nvgt", u"\x003E\x20D2"}, {"nvinfin", u"\x29DE"},
-    {"nvlArr", u"\x2902"}, {"nvle", u"\x2264\x20D2"}, {"nvlt", u"\x003C\x20D2"},
-    {"nvltrie", u"\x22B4\x20D2"}, {"nvrArr", u"\x2903"}, {"nvrtrie", u"\x22B5\x20D2"},
-    {"nvsim", u"\x223C\x20D2"}, {"nwArr", u"\x21D6"}, {"nwarhk", u"\x2923"}, {"nwarr", u"\x2196"},
-    {"nwarrow", u"\x2196"}, {"nwnear", u"\x2927"}, {"oS", u"\x24C8"}, {"oacute", u"\x00F3", true},
-    {"oast", u"\x229B"}, {"ocir", u"\x229A"}, {"ocirc", u"\x00F4", true}, {"ocy", u"\x043E"},
-    {"odash", u"\x229D"}, {"odblac", u"\x0151"}, {"odiv", u"\x2A38"}, {"odot", u"\x2299"},
-    {"odsold", u"\x29BC"}, {"oelig", u"\x0153"}, {"ofcir", u"\x29BF"}, {"ofr", u"\xD835\xDD2C"},
-    {"ogon", u"\x02DB"}, {"ograve", u"\x00F2", true}, {"ogt", u"\x29C1"}, {"ohbar", u"\x29B5"},
-    {"ohm", u"\x03A9"}, {"oint", u"\x222E"}, {"olarr", u"\x21BA"}, {"olcir", u"\x29BE"},
-    {"olcross", u"\x29BB"}, {"oline", u"\x203E"}, {"olt", u"\x29C0"}, {"omacr", u"\x014D"},
-    {"omega", u"\x03C9"}, {"omicron", u"\x03BF"}, {"omid", u"\x29B6"}, {"ominus", u"\x2296"},
-    {"oopf", u"\xD835\xDD60"}, {"opar", u"\x29B7"}, {"operp", u"\x29B9"}, {"oplus", u"\x2295"},
-    {"or", u"\x2228"}, {"orarr", u"\x21BB"}, {"ord", u"\x2A5D"}, {"order", u"\x2134"},
-    {"orderof", u"\x2134"}, {"ordf", u"\x00AA", true}, {"ordm", u"\x00BA", true},
-    {"origof", u"\x22B6"}, {"oror", u"\x2A56"}, {"orslope", u"\x2A57"}, {"orv", u"\x2A5B"},
-    {"oscr", u"\x2134"}, {"oslash", u"\x00F8", true}, {"osol", u"\x2298"},
-    {"otilde", u"\x00F5", true}, {"otimes", u"\x2297"}, {"otimesas", u"\x2A36"},
-    {"ouml", u"\x00F6", true}, {"ovbar", u"\x233D"}, {"par", u"\x2225"}, {"para", u"\x00B6", true},
-    {"parallel", u"\x2225"}, {"parsim", u"\x2AF3"}, {"parsl", u"\x2AFD"}, {"part", u"\x2202"},
-    {"pcy", u"\x043F"}, {"percnt", u"\x0025"}, {"period", u"\x002E"}, {"permil", u"\x2030"},
-    {"perp", u"\x22A5"}, {"pertenk", u"\x2031"}, {"pfr", u"\xD835\xDD2D"}, {"phi", u"\x03C6"},
-    {"phiv", u"\x03D5"}, {"phmmat", u"\x2133"}, {"phone", u"\x260E"}, {"pi", u"\x03C0"},
-    {"pitchfork", u"\x22D4"}, {"piv", u"\x03D6"}, {"planck", u"\x210F"}, {"planckh", u"\x210E"},
-    {"plankv", u"\x210F"}, {"plus", u"\x002B"}, {"plusacir", u"\x2A23"}, {"plusb", u"\x229E"},
-    {"pluscir", u"\x2A22"}, {"plusdo", u"\x2214"}, {"plusdu", u"\x2A25"}, {"pluse", u"\x2A72"},
-    {"plusmn", u"\x00B1", true}, {"plussim", u"\x2A26"}, {"plustwo", u"\x2A27"}, {"pm", u"\x00B1"},
-    {"pointint", u"\x2A15"}, {"popf", u"\xD835\xDD61"}, {"pound", u"\x00A3", true},
-    {"pr", u"\x227A"}, {"prE", u"\x2AB3"}, {"prap", u"\x2AB7"}, {"prcue", u"\x227C"},
-    {"pre", u"\x2AAF"}, {"prec", u"\x227A"}, {"precapprox", u"\x2AB7"}, {"preccurlyeq", u"\x227C"},
-    {"preceq", u"\x2AAF"}, {"precnapprox", u"\x2AB9"}, {"precneqq", u"\x2AB5"},
-    {"precnsim", u"\x22E8"}, {"precsim", u"\x227E"}, {"prime", u"\x2032"}, {"primes", u"\x2119"},
-    {"prnE", u"\x2AB5"}, {"prnap", u"\x2AB9"}, {"prnsim", u"\x22E8"}, {"prod", u"\x220F"},
-    {"profalar", u"\x232E"}, {"profline", u"\x2312"}, {"profsurf", u"\x2313"}, {"prop", u"\x221D"},
-    {"propto", u"\x221D"}, {"prsim", u"\x227E"}, {"prurel", u"\x22B0"}, {"pscr", u"\xD835\xDCC5"},
-    {"psi", u"\x03C8"}, {"puncsp", u"\x2008"}, {"qfr", u"\xD835\xDD2E"}, {"qint", u"\x2A0C"},
-    {"qopf", u"\xD835\xDD62"}, {"qprime", u"\x2057"}, {"qscr", u"\xD835\xDCC6"},
-    {"quaternions", u"\x210D"}, {"quatint", u"\x2A16"}, {"quest", u"\x003F"},
-    {"questeq", u"\x225F"}, {"quot", u"\x0022", true}, {"rAarr", u"\x21DB"}, {"rArr", u"\x21D2"},
-    {"rAtail", u"\x291C"}, {"rBarr", u"\x290F"}, {"rHar", u"\x2964"}, {"race", u"\x223D\x0331"},
-    {"racute", u"\x0155"}, {"radic", u"\x221A"}, {"raemptyv", u"\x29B3"}, {"rang", u"\x27E9"},
-    {"rangd", u"\x2992"}, {"range", u"\x29A5"}, {"rangle", u"\x27E9"}, {"raquo", u"\x00BB", true},
-    {"rarr", u"\x2192"}, {"rarrap", u"\x2975"}, {"rarrb", u"\x21E5"}, {"rarrbfs", u"\x2920"},
-    {"rarrc", u"\x2933"}, {"rarrfs", u"\x291E"}, {"rarrhk", u"\x21AA"}, {"rarrlp", u"\x21AC"},
-    {"rarrpl", u"\x2945"}, {"rarrsim", u"\x2974"}, {"rarrtl", u"\x21A3"}, {"rarrw", u"\x219D"},
-    {"ratail", u"\x291A"}, {"ratio", u"\x2236"}, {"rationals", u"\x211A"}, {"rbarr", u"\x290D"},
-    {"rbbrk", u"\x2773"}, {"rbrace", u"\x007D"}, {"rbrack", u"\x005D"}, {"rbrke", u"\x298C"},
-    {"rbrksld", u"\x298E"}, {"rbrkslu", u"\x2990"}, {"rcaron", u"\x0159"}, {"rcedil", u"\x0157"},
-    {"rceil", u"\x2309"}, {"rcub", u"\x007D"}, {"rcy", u"\x0440"}, {"rdca", u"\x2937"},
-    {"rdldhar", u"\x2969"}, {"rdquo", u"\x201D"}, {"rdquor", u"\x201D"}, {"rdsh", u"\x21B3"},
-    {"real", u"\x211C"}, {"realine", u"\x211B"}, {"realpart", u"\x211C"}, {"reals", u"\x211D"},
-    {"rect", u"\x25AD"}, {"reg", u"\x00AE", true}, {"rfisht", u"\x297D"}, {"rfloor", u"\x230B"},
-    {"rfr", u"\xD835\xDD2F"}, {"rhard", u"\x21C1"}, {"rharu", u"\x21C0"}, {"rharul", u"\x296C"},
-    {"rho", u"\x03C1"}, {"rhov", u"\x03F1"}, {"rightarrow", u"\x2192"},
-    {"rightarrowtail", u"\x21A3"}, {"rightharpoondown", u"\x21C1"}, {"rightharpoonup", u"\x21C0"},
-    {"rightleftarrows", u"\x21C4"}, {"rightleftharpoons", u"\x21CC"},
-    {"rightrightarrows", u"\x21C9"}, {"rightsquigarrow", u"\x219D"}, {"rightthreetimes", u"\x22CC"},
-    {"ring", u"\x02DA"}, {"risingdotseq", u"\x2253"}, {"rlarr", u"\x21C4"}, {"rlhar", u"\x21CC"},
-    {"rlm", u"\x200F"}, {"rmoust", u"\x23B1"}, {"rmoustache", u"\x23B1"}, {"rnmid", u"\x2AEE"},
-    {"roang", u"\x27ED"}, {"roarr", u"\x21FE"}, {"robrk", u"\x27E7"}, {"ropar", u"\x2986"},
-    {"ropf", u"\xD835\xDD63"}, {"roplus", u"\x2A2E"}, {"rotimes", u"\x2A35"}, {"rpar", u"\x0029"},
-    {"rpargt", u"\x2994"}, {"rppolint", u"\x2A12"}, {"rrarr", u"\x21C9"}, {"rsaquo", u"\x203A"},
-    {"rscr", u"\xD835\xDCC7"}, {"rsh", u"\x21B1"}, {"rsqb", u"\x005D"}, {"rsquo", u"\x2019"},
-    {"rsquor", u"\x2019"}, {"rthree", u"\x22CC"}, {"rtimes", u"\x22CA"}, {"rtri", u"\x25B9"},
-    {"rtrie", u"\x22B5"}, {"rtrif", u"\x25B8"}, {"rtriltri", u"\x29CE"}, {"ruluhar", u"\x2968"},
-    {"rx", u"\x211E"}, {"sacute", u"\x015B"}, {"sbquo", u"\x201A"}, {"sc", u"\x227B"},
-    {"scE", u"\x2AB4"}, {"scap", u"\x2AB8"}, {"scaron", u"\x0161"}, {"sccue", u"\x227D"},
-    {"sce", u"\x2AB0"}, {"scedil", u"\x015F"}, {"scirc", u"\x015D"}, {"scnE", u"\x2AB6"},
-    {"scnap", u"\x2ABA"}, {"scnsim", u"\x22E9"}, {"scpolint", u"\x2A13"}, {"scsim", u"\x227F"},
-    {"scy", u"\x0441"}, {"sdot", u"\x22C5"}, {"sdotb", u"\x22A1"}, {"sdote", u"\x2A66"},
-    {"seArr", u"\x21D8"}, {"searhk", u"\x2925"}, {"searr", u"\x2198"}, {"searrow", u"\x2198"},
-    {"sect", u"\x00A7", true}, {"semi", u"\x003B"}, {"seswar", u"\x2929"}, {"setminus", u"\x2216"},
-    {"setmn", u"\x2216"}, {"sext", u"\x2736"}, {"sfr", u"\xD835\xDD30"}, {"sfrown", u"\x2322"},
-    {"sharp", u"\x266F"}, {"shchcy", u"\x0449"}, {"shcy", u"\x0448"}, {"shortmid", u"\x2223"},
-    {"shortparallel", u"\x2225"}, {"shy", u"\x00AD", true}, {"sigma", u"\x03C3"},
-    {"sigmaf", u"\x03C2"}, {"sigmav", u"\x03C2"}, {"sim", u"\x223C"}, {"simdot", u"\x2A6A"},
-    {"sime", u"\x2243"}, {"simeq", u"\x2243"}, {"simg", u"\x2A9E"}, {"simgE", u"\x2AA0"},
-    {"siml", u"\x2A9D"}, {"simlE", u"\x2A9F"}, {"simne", u"\x2246"}, {"simplus", u"\x2A24"},
-    {"simrarr", u"\x2972"}, {"slarr", u"\x2190"}, {"smallsetminus", u"\x2216"},
-    {"smashp", u"\x2A33"}, {"smeparsl", u"\x29E4"}, {"smid", u"\x2223"}, {"smile", u"\x2323"},
-    {"smt", u"\x2AAA"}, {"smte", u"\x2AAC"}, {"smtes", u"\x2AAC\xFE00"}, {"softcy", u"\x044C"},
-    {"sol", u"\x002F"}, {"solb", u"\x29C4"}, {"solbar", u"\x233F"}, {"sopf", u"\xD835\xDD64"},
-    {"spades", u"\x2660"}, {"spadesuit", u"\x2660"}, {"spar", u"\x2225"}, {"sqcap", u"\x2293"},
-    {"sqcaps", u"\x2293\xFE00"}, {"sqcup", u"\x2294"}, {"sqcups", u"\x2294\xFE00"},
-    {"sqsub", u"\x228F"}, {"sqsube", u"\x2291"}, {"sqsubset", u"\x228F"}, {"sqsubseteq", u"\x2291"},
-    {"sqsup", u"\x2290"}, {"sqsupe", u"\x2292"}, {"sqsupset", u"\x2290"}, {"sqsupseteq", u"\x2292"},
-    {"squ", u"\x25A1"}, {"square", u"\x25A1"}, {"squarf", u"\x25AA"}, {"squf", u"\x25AA"},
-    {"srarr", u"\x2192"}, {"sscr", u"\xD835\xDCC8"}, {"ssetmn", u"\x2216"}, {"ssmile", u"\x2323"},
-    {"sstarf", u"\x22C6"}, {"star", u"\x2606"}, {"starf", u"\x2605"},
-    {"straightepsilon", u"\x03F5"}, {"straightphi", u"\x03D5"}, {"strns", u"\x00AF"},
-    {"sub", u"\x2282"}, {"subE", u"\x2AC5"}, {"subdot", u"\x2ABD"}, {"sube", u"\x2286"},
-    {"subedot", u"\x2AC3"}, {"submult", u"\x2AC1"}, {"subnE", u"\x2ACB"}, {"subne", u"\x228A"},
-    {"subplus", u"\x2ABF"}, {"subrarr", u"\x2979"}, {"subset", u"\x2282"}, {"subseteq", u"\x2286"},
-    {"subseteqq", u"\x2AC5"}, {"subsetneq", u"\x228A"}, {"subsetneqq", u"\x2ACB"},
-    {"subsim", u"\x2AC7"}, {"subsub", u"\x2AD5"}, {"subsup", u"\x2AD3"}, {"succ", u"\x227B"},
-    {"succapprox", u"\x2AB8"}, {"succcurlyeq", u"\x227D"}, {"succeq", u"\x2AB0"},
-    {"succnapprox", u"\x2ABA"}, {"succneqq", u"\x2AB6"}, {"succnsim", u"\x22E9"},
-    {"succsim", u"\x227F"}, {"sum", u"\x2211"}, {"sung", u"\x266A"}, {"sup1", u"\x00B9", true},
-    {"sup2", u"\x00B2", true}, {"sup3", u"\x00B3", true}, {"sup", u"\x2283"}, {"supE", u"\x2AC6"},
-    {"supdot", u"\x2ABE"}, {"supdsub", u"\x2AD8"}, {"supe", u"\x2287"}, {"supedot", u"\x2AC4"},
-    {"suphsol", u"\x27C9"}, {"suphsub", u"\x2AD7"}, {"suplarr", u"\x297B"}, {"supmult", u"\x2AC2"},
-    {"supnE", u"\x2ACC"}, {"supne", u"\x228B"}, {"supplus", u"\x2AC0"}, {"supset", u"\x2283"},
-    {"supseteq", u"\x2287"}, {"supseteqq", u"\x2AC6"}, {"supsetneq", u"\x228B"},
-    {"supsetneqq", u"\x2ACC"}, {"supsim", u"\x2AC8"}, {"supsub", u"\x2AD4"}, {"supsup", u"\x2AD6"},
-    {"swArr", u"\x21D9"}, {"swarhk", u"\x2926"}, {"swarr", u"\x2199"}, {"swarrow", u"\x2199"},
-    {"swnwar", u"\x292A"}, {"szlig", u"\x00DF", true}, {"target", u"\x2316"}, {"tau", u"\x03C4"},
-    {"tbrk", u"\x23B4"}, {"tcaron", u"\x0165"}, {"tcedil", u"\x0163"}, {"tcy", u"\x0442"},
-    {"tdot", u"\x20DB"}, {"telrec", u"\x2315"}, {"tfr", u"\xD835\xDD31"}, {"there4", u"\x2234"},
-    {"therefore", u"\x2234"}, {"theta", u"\x03B8"}, {"thetasym", u"\x03D1"}, {"thetav", u"\x03D1"},
-    {"thickapprox", u"\x2248"}, {"thicksim", u"\x223C"}, {"thinsp", u"\x2009"},
-    {"thkap", u"\x2248"}, {"thksim", u"\x223C"}, {"thorn", u"\x00FE", true}, {"tilde", u"\x02DC"},
-    {"times", u"\x00D7", true}, {"timesb", u"\x22A0"}, {"timesbar", u"\x2A31"},
-    {"timesd", u"\x2A30"}, {"tint", u"\x222D"}, {"toea", u"\x2928"}, {"top", u"\x22A4"},
-    {"topbot", u"\x2336"}, {"topcir", u"\x2AF1"}, {"topf", u"\xD835\xDD65"}, {"topfork", u"\x2ADA"},
-    {"tosa", u"\x2929"}, {"tprime", u"\x2034"}, {"trade", u"\x2122"}, {"triangle", u"\x25B5"},
-    {"triangledown", u"\x25BF"}, {"triangleleft", u"\x25C3"}, {"trianglelefteq", u"\x22B4"},
-    {"triangleq", u"\x225C"}, {"triangleright", u"\x25B9"}, {"trianglerighteq", u"\x22B5"},
-    {"tridot", u"\x25EC"}, {"trie", u"\x225C"}, {"triminus", u"\x2A3A"}, {"triplus", u"\x2A39"},
-    {"trisb", u"\x29CD"}, {"tritime", u"\x2A3B"}, {"trpezium", u"\x23E2"},
-    {"tscr", u"\xD835\xDCC9"}, {"tscy", u"\x0446"}, {"tshcy", u"\x045B"}, {"tstrok", u"\x0167"},
-    {"twixt", u"\x226C"}, {"twoheadleftarrow", u"\x219E"}, {"twoheadrightarrow", u"\x21A0"},
-    {"uArr", u"\x21D1"}, {"uHar", u"\x2963"}, {"uacute", u"\x00FA", true}, {"uarr", u"\x2191"},
-    {"ubrcy", u"\x045E"}, {"ubreve", u"\x016D"}, {"ucirc", u"\x00FB", true}, {"ucy", u"\x0443"},
-    {"udarr", u"\x21C5"}, {"udblac", u"\x0171"}, {"udhar", u"\x296E"}, {"ufisht", u"\x297E"},
-    {"ufr", u"\xD835\xDD32"}, {"ugrave", u"\x00F9", true}, {"uharl", u"\x21BF"},
-    {"uharr", u"\x21BE"}, {"uhblk", u"\x2580"}, {"ulcorn", u"\x231C"}, {"ulcorner", u"\x231C"},
-    {"ulcrop", u"\x230F"}, {"ultri", u"\x25F8"}, {"umacr", u"\x016B"}, {"uml", u"\x00A8", true},
-    {"uogon", u"\x0173"}, {"uopf", u"\xD835\xDD66"}, {"uparrow", u"\x2191"},
-    {"updownarrow", u"\x2195"}, {"upharpoonleft", u"\x21BF"}, {"upharpoonright", u"\x21BE"},
-    {"uplus", u"\x228E"}, {"upsi", u"\x03C5"}, {"upsih", u"\x03D2"}, {"upsilon", u"\x03C5"},
-    {"upuparrows", u"\x21C8"}, {"urcorn", u"\x231D"}, {"urcorner", u"\x231D"},
-    {"urcrop", u"\x230E"}, {"uring", u"\x016F"}, {"urtri", u"\x25F9"}, {"uscr", u"\xD835\xDCCA"},
-    {"utdot", u"\x22F0"}, {"utilde", u"\x0169"}, {"utri", u"\x25B5"}, {"utrif", u"\x25B4"},
-    {"uuarr", u"\x21C8"}, {"uuml", u"\x00FC", true}, {"uwangle", u"\x29A7"}, {"vArr", u"\x21D5"},
-    {"vBar", u"\x2AE8"}, {"vBarv", u"\x2AE9"}, {"vDash", u"\x22A8"}, {"vangrt", u"\x299C"},
-    {"varepsilon", u"\x03F5"}, {"varkappa", u"\x03F0"}, {"varnothing", u"\x2205"},
-    {"varphi", u"\x03D5"}, {"varpi", u"\x03D6"}, {"varpropto", u"\x221D"}, {"varr", u"\x2195"},
-    {"varrho", u"\x03F1"}, {"varsigma", u"\x03C2"}, {"varsubsetneq", u"\x228A\xFE00"},
-    {"varsubsetneqq", u"\x2ACB\xFE00"}, {"varsupsetneq", u"\x228B\xFE00"},
-    {"varsupsetneqq", u"\x2ACC\xFE00"}, {"vartheta", u"\x03D1"}, {"vartriangleleft", u"\x22B2"},
-    {"vartriangleright", u"\x22B3"}, {"vcy", u"\x0432"}, {"vdash", u"\x22A2"}, {"vee", u"\x2228"},
-    {"veebar", u"\x22BB"}, {"veeeq", u"\x225A"}, {"vellip", u"\x22EE"}, {"verbar", u"\x007C"},
-    {"vert", u"\x007C"}, {"vfr", u"\xD835\xDD33"}, {"vltri", u"\x22B2"}, {"vnsub", u"\x2282\x20D2"},
-    {"vnsup", u"\x2283\x20D2"}, {"vopf", u"\xD835\xDD67"}, {"vprop", u"\x221D"},
-    {"vrtri", u"\x22B3"}, {"vscr", u"\xD835\xDCCB"}, {"vsubnE", u"\x2ACB\xFE00"},
-    {"vsubne", u"\x228A\xFE00"}, {"vsupnE", u"\x2ACC\xFE00"}, {"vsupne", u"\x228B\xFE00"},
-    {"vzigzag", u"\x299A"}, {"wcirc", u"\x0175"}, {"wedbar", u"\x2A5F"}, {"wedge", u"\x2227"},
-    {"wedgeq", u"\x2259"}, {"weierp", u"\x2118"}, {"wfr", u"\xD835\xDD34"},
-    {"wopf", u"\xD835\xDD68"}, {"wp", u"\x2118"}, {"wr", u"\x2240"}, {"wreath", u"\x2240"},
-    {"wscr", u"\xD835\xDCCC"}, {"xcap", u"\x22C2"}, {"xcirc", u"\x25EF"}, {"xcup", u"\x22C3"},
-    {"xdtri", u"\x25BD"}, {"xfr", u"\xD835\xDD35"}, {"xhArr", u"\x27FA"}, {"xharr", u"\x27F7"},
-    {"xi", u"\x03BE"}, {"xlArr", u"\x27F8"}, {"xlarr", u"\x27F5"}, {"xmap", u"\x27FC"},
-    {"xnis", u"\x22FB"}, {"xodot", u"\x2A00"}, {"xopf", u"\xD835\xDD69"}, {"xoplus", u"\x2A01"},
-    {"xotime", u"\x2A02"}, {"xrArr", u"\x27F9"}, {"xrarr", u"\x27F6"}, {"xscr", u"\xD835\xDCCD"},
-    {"xsqcup", u"\x2A06"}, {"xuplus", u"\x2A04"}, {"xutri", u"\x25B3"}, {"xvee", u"\x22C1"},
-    {"xwedge", u"\x22C0"}, {"yacute", u"\x00FD", true}, {"yacy", u"\x044F"}, {"ycirc", u"\x0177"},
-    {"ycy", u"\x044B"}, {"yen", u"\x00A5", true}, {"yfr", u"\xD835\xDD36"}, {"yicy", u"\x0457"},
-    {"yopf", u"\xD835\xDD6A"}, {"yscr", u"\xD835\xDCCE"}, {"yucy", u"\x044E"},
-    {"yuml", u"\x00FF", true}, {"zacute", u"\x017A"}, {"zcaron", u"\x017E"}, {"zcy", u"\x0437"},
-    {"zdot", u"\x017C"}, {"zeetrf", u"\x2128"}, {"zeta", u"\x03B6"}, {"zfr", u"\xD835\xDD37"},
-    {"zhcy", u"\x0436"}, {"zigrarr", u"\x21DD"}, {"zopf", u"\xD835\xDD6B"},
-    {"zscr", u"\xD835\xDCCF"}, {"zwj", u"\x200D"}, {"zwnj", u"\x200C"},
-};
+constexpr std::string_view kFacts =
+    "AElig!C6 AMP!26 Aacute!C1 Abreve:102 Acirc!C2 Acy:410 Afr:D835,DD04 Agrave!C0 Alpha:391 "
+    "Amacr:100 And:2A53 Aogon:104 Aopf:D835,DD38 ApplyFunction:2061 Aring!C5 Ascr:D835,DC9C "
+    "Assign:2254 Atilde!C3 Auml!C4 Backslash:2216 Barv:2AE7 Barwed:2306 Bcy:411 Because:2235 "
+    "Bernoullis:212C Beta:392 Bfr:D835,DD05 Bopf:D835,DD39 Breve:2D8 Bscr:212C Bumpeq:224E "
+    "CHcy:427 COPY!A9 Cacute:106 Cap:22D2 CapitalDifferentialD:2145 Cayleys:212D Ccaron:10C "
+    "Ccedil!C7 Ccirc:108 Cconint:2230 Cdot:10A Cedilla:B8 CenterDot:B7 Cfr:212D Chi:3A7 "
+    "CircleDot:2299 CircleMinus:2296 CirclePlus:2295 CircleTimes:2297 "
+    "ClockwiseContourIntegral:2232 CloseCurlyDoubleQuote:201D CloseCurlyQuote:2019 Colon:2237 "
+    "Colone:2A74 Congruent:2261 Conint:222F ContourIntegral:222E Copf:2102 Coproduct:2210 "
+    "CounterClockwiseContourIntegral:2233 Cross:2A2F Cscr:D835,DC9E Cup:22D3 CupCap:224D DD:2145 "
+    "DDotrahd:2911 DJcy:402 DScy:405 DZcy:40F Dagger:2021 Darr:21A1 Dashv:2AE4 Dcaron:10E Dcy:414 "
+    "Del:2207 Delta:394 Dfr:D835,DD07 DiacriticalAcute:B4 DiacriticalDot:2D9 "
+    "DiacriticalDoubleAcute:2DD DiacriticalGrave:60 DiacriticalTilde:2DC Diamond:22C4 "
+    "DifferentialD:2146 Dopf:D835,DD3B Dot:A8 DotDot:20DC DotEqual:2250 DoubleContourIntegral:222F "
+    "DoubleDot:A8 DoubleDownArrow:21D3 DoubleLeftArrow:21D0 DoubleLeftRightArrow:21D4 "
+    "DoubleLeftTee:2AE4 DoubleLongLeftArrow:27F8 DoubleLongLeftRightArrow:27FA "
+    "DoubleLongRightArrow:27F9 DoubleRightArrow:21D2 DoubleRightTee:22A8 DoubleUpArrow:21D1 "
+    "DoubleUpDownArrow:21D5 DoubleVerticalBar:2225 DownArrow:2193 DownArrowBar:2913 "
+    "DownArrowUpArrow:21F5 DownBreve:311 DownLeftRightVector:2950 DownLeftTeeVector:295E "
+    "DownLeftVector:21BD DownLeftVectorBar:2956 DownRightTeeVector:295F DownRightVector:21C1 "
+    "DownRightVectorBar:2957 DownTee:22A4 DownTeeArrow:21A7 Downarrow:21D3 Dscr:D835,DC9F "
+    "Dstrok:110 ENG:14A ETH!D0 Eacute!C9 Ecaron:11A Ecirc!CA Ecy:42D Edot:116 Efr:D835,DD08 "
+    "Egrave!C8 Element:2208 Emacr:112 EmptySmallSquare:25FB EmptyVerySmallSquare:25AB Eogon:118 "
+    "Eopf:D835,DD3C Epsilon:395 Equal:2A75 EqualTilde:2242 Equilibrium:21CC Escr:2130 Esim:2A73 "
+    "Eta:397 Euml!CB Exists:2203 ExponentialE:2147 Fcy:424 Ffr:D835,DD09 FilledSmallSquare:25FC "
+    "FilledVerySmallSquare:25AA Fopf:D835,DD3D ForAll:2200 Fouriertrf:2131 Fscr:2131 GJcy:403 "
+    "GT!3E Gamma:393 Gammad:3DC Gbreve:11E Gcedil:122 Gcirc:11C Gcy:413 Gdot:120 Gfr:D835,DD0A "
+    "Gg:22D9 Gopf:D835,DD3E GreaterEqual:2265 GreaterEqualLess:22DB GreaterFullEqual:2267 "
+    "GreaterGreater:2AA2 GreaterLess:2277 GreaterSlantEqual:2A7E GreaterTilde:2273 Gscr:D835,DCA2 "
+    "Gt:226B HARDcy:42A Hacek:2C7 Hat:5E Hcirc:124 Hfr:210C HilbertSpace:210B Hopf:210D "
+    "HorizontalLine:2500 Hscr:210B Hstrok:126 HumpDownHump:224E HumpEqual:224F IEcy:415 IJlig:132 "
+    "IOcy:401 Iacute!CD Icirc!CE Icy:418 Idot:130 Ifr:2111 Igrave!CC Im:2111 Imacr:12A "
+    "ImaginaryI:2148 Implies:21D2 Int:222C Integral:222B Intersection:22C2 InvisibleComma:2063 "
+    "InvisibleTimes:2062 Iogon:12E Iopf:D835,DD40 Iota:399 Iscr:2110 Itilde:128 Iukcy:406 Iuml!CF "
+    "Jcirc:134 Jcy:419 Jfr:D835,DD0D Jopf:D835,DD41 Jscr:D835,DCA5 Jsercy:408 Jukcy:404 KHcy:425 "
+    "KJcy:40C Kappa:39A Kcedil:136 Kcy:41A Kfr:D835,DD0E Kopf:D835,DD42 Kscr:D835,DCA6 LJcy:409 "
+    "LT!3C Lacute:139 Lambda:39B Lang:27EA Laplacetrf:2112 Larr:219E Lcaron:13D Lcedil:13B Lcy:41B "
+    "LeftAngleBracket:27E8 LeftArrow:2190 LeftArrowBar:21E4 LeftArrowRightArrow:21C6 "
+    "LeftCeiling:2308 LeftDoubleBracket:27E6 LeftDownTeeVector:2961 LeftDownVector:21C3 "
+    "LeftDownVectorBar:2959 LeftFloor:230A LeftRightArrow:2194 LeftRightVector:294E LeftTee:22A3 "
+    "LeftTeeArrow:21A4 LeftTeeVector:295A LeftTriangle:22B2 LeftTriangleBar:29CF "
+    "LeftTriangleEqual:22B4 LeftUpDownVector:2951 LeftUpTeeVector:2960 LeftUpVector:21BF "
+    "LeftUpVectorBar:2958 LeftVector:21BC LeftVectorBar:2952 Leftarrow:21D0 Leftrightarrow:21D4 "
+    "LessEqualGreater:22DA LessFullEqual:2266 LessGreater:2276 LessLess:2AA1 LessSlantEqual:2A7D "
+    "LessTilde:2272 Lfr:D835,DD0F Ll:22D8 Lleftarrow:21DA Lmidot:13F LongLeftArrow:27F5 "
+    "LongLeftRightArrow:27F7 LongRightArrow:27F6 Longleftarrow:27F8 Longleftrightarrow:27FA "
+    "Longrightarrow:27F9 Lopf:D835,DD43 LowerLeftArrow:2199 LowerRightArrow:2198 Lscr:2112 "
+    "Lsh:21B0 Lstrok:141 Lt:226A Map:2905 Mcy:41C MediumSpace:205F Mellintrf:2133 Mfr:D835,DD10 "
+    "MinusPlus:2213 Mopf:D835,DD44 Mscr:2133 Mu:39C NJcy:40A Nacute:143 Ncaron:147 Ncedil:145 "
+    "Ncy:41D NegativeMediumSpace:200B NegativeThickSpace:200B NegativeThinSpace:200B "
+    "NegativeVeryThinSpace:200B NestedGreaterGreater:226B NestedLessLess:226A NewLine:A "
+    "Nfr:D835,DD11 NoBreak:2060 NonBreakingSpace:A0 Nopf:2115 Not:2AEC NotCongruent:2262 "
+    "NotCupCap:226D NotDoubleVerticalBar:2226 NotElement:2209 NotEqual:2260 NotEqualTilde:2242,338 "
+    "NotExists:2204 NotGreater:226F NotGreaterEqual:2271 NotGreaterFullEqual:2267,338 "
+    "NotGreaterGreater:226B,338 NotGreaterLess:2279 NotGreaterSlantEqual:2A7E,338 "
+    "NotGreaterTilde:2275 NotHumpDownHump:224E,338 NotHumpEqual:224F,338 NotLeftTriangle:22EA "
+    "NotLeftTriangleBar:29CF,338 NotLeftTriangleEqual:22EC NotLess:226E NotLessEqual:2270 "
+    "NotLessGreater:2278 NotLessLess:226A,338 NotLessSlantEqual:2A7D,338 NotLessTilde:2274 "
+    "NotNestedGreaterGreater:2AA2,338 NotNestedLessLess:2AA1,338 NotPrecedes:2280 "
+    "NotPrecedesEqual:2AAF,338 NotPrecedesSlantEqual:22E0 NotReverseElement:220C "
+    "NotRightTriangle:22EB NotRightTriangleBar:29D0,338 NotRightTriangleEqual:22ED "
+    "NotSquareSubset:228F,338 NotSquareSubsetEqual:22E2 NotSquareSuperset:2290,338 "
+    "NotSquareSupersetEqual:22E3 NotSubset:2282,20D2 NotSubsetEqual:2288 NotSucceeds:2281 "
+    "NotSucceedsEqual:2AB0,338 NotSucceedsSlantEqual:22E1 NotSucceedsTilde:227F,338 "
+    "NotSuperset:2283,20D2 NotSupersetEqual:2289 NotTilde:2241 NotTildeEqual:2244 "
+    "NotTildeFullEqual:2247 NotTildeTilde:2249 NotVerticalBar:2224 Nscr:D835,DCA9 Ntilde!D1 Nu:39D "
+    "OElig:152 Oacute!D3 Ocirc!D4 Ocy:41E Odblac:150 Ofr:D835,DD12 Ograve!D2 Omacr:14C Omega:3A9 "
+    "Omicron:39F Oopf:D835,DD46 OpenCurlyDoubleQuote:201C OpenCurlyQuote:2018 Or:2A54 "
+    "Oscr:D835,DCAA Oslash!D8 Otilde!D5 Otimes:2A37 Ouml!D6 OverBar:203E OverBrace:23DE "
+    "OverBracket:23B4 OverParenthesis:23DC PartialD:2202 Pcy:41F Pfr:D835,DD13 Phi:3A6 Pi:3A0 "
+    "PlusMinus:B1 Poincareplane:210C Popf:2119 Pr:2ABB Precedes:227A PrecedesEqual:2AAF "
+    "PrecedesSlantEqual:227C PrecedesTilde:227E Prime:2033 Product:220F Proportion:2237 "
+    "Proportional:221D Pscr:D835,DCAB Psi:3A8 QUOT!22 Qfr:D835,DD14 Qopf:211A Qscr:D835,DCAC "
+    "RBarr:2910 REG!AE Racute:154 Rang:27EB Rarr:21A0 Rarrtl:2916 Rcaron:158 Rcedil:156 Rcy:420 "
+    "Re:211C ReverseElement:220B ReverseEquilibrium:21CB ReverseUpEquilibrium:296F Rfr:211C "
+    "Rho:3A1 RightAngleBracket:27E9 RightArrow:2192 RightArrowBar:21E5 RightArrowLeftArrow:21C4 "
+    "RightCeiling:2309 RightDoubleBracket:27E7 RightDownTeeVector:295D RightDownVector:21C2 "
+    "RightDownVectorBar:2955 RightFloor:230B RightTee:22A2 RightTeeArrow:21A6 RightTeeVector:295B "
+    "RightTriangle:22B3 RightTriangleBar:29D0 RightTriangleEqual:22B5 RightUpDownVector:294F "
+    "RightUpTeeVector:295C RightUpVector:21BE RightUpVectorBar:2954 RightVector:21C0 "
+    "RightVectorBar:2953 Rightarrow:21D2 Ropf:211D RoundImplies:2970 Rrightarrow:21DB Rscr:211B "
+    "Rsh:21B1 RuleDelayed:29F4 SHCHcy:429 SHcy:428 SOFTcy:42C Sacute:15A Sc:2ABC Scaron:160 "
+    "Scedil:15E Scirc:15C Scy:421 Sfr:D835,DD16 ShortDownArrow:2193 ShortLeftArrow:2190 "
+    "ShortRightArrow:2192 ShortUpArrow:2191 Sigma:3A3 SmallCircle:2218 Sopf:D835,DD4A Sqrt:221A "
+    "Square:25A1 SquareIntersection:2293 SquareSubset:228F SquareSubsetEqual:2291 "
+    "SquareSuperset:2290 SquareSupersetEqual:2292 SquareUnion:2294 Sscr:D835,DCAE Star:22C6 "
+    "Sub:22D0 Subset:22D0 SubsetEqual:2286 Succeeds:227B SucceedsEqual:2AB0 "
+    "SucceedsSlantEqual:227D SucceedsTilde:227F SuchThat:220B Sum:2211 Sup:22D1 Superset:2283 "
+    "SupersetEqual:2287 Supset:22D1 THORN!DE TRADE:2122 TSHcy:40B TScy:426 Tab:9 Tau:3A4 "
+    "Tcaron:164 Tcedil:162 Tcy:422 Tfr:D835,DD17 Therefore:2234 Theta:398 ThickSpace:205F,200A "
+    "ThinSpace:2009 Tilde:223C TildeEqual:2243 TildeFullEqual:2245 TildeTilde:2248 Topf:D835,DD4B "
+    "TripleDot:20DB Tscr:D835,DCAF Tstrok:166 Uacute!DA Uarr:219F Uarrocir:2949 Ubrcy:40E "
+    "Ubreve:16C Ucirc!DB Ucy:423 Udblac:170 Ufr:D835,DD18 Ugrave!D9 Umacr:16A UnderBar:5F "
+    "UnderBrace:23DF UnderBracket:23B5 UnderParenthesis:23DD Union:22C3 UnionPlus:228E Uogon:172 "
+    "Uopf:D835,DD4C UpArrow:2191 UpArrowBar:2912 UpArrowDownArrow:21C5 UpDownArrow:2195 "
+    "UpEquilibrium:296E UpTee:22A5 UpTeeArrow:21A5 Uparrow:21D1 Updownarrow:21D5 "
+    "UpperLeftArrow:2196 UpperRightArrow:2197 Upsi:3D2 Upsilon:3A5 Uring:16E Uscr:D835,DCB0 "
+    "Utilde:168 Uuml!DC VDash:22AB Vbar:2AEB Vcy:412 Vdash:22A9 Vdashl:2AE6 Vee:22C1 Verbar:2016 "
+    "Vert:2016 VerticalBar:2223 VerticalLine:7C VerticalSeparator:2758 VerticalTilde:2240 "
+    "VeryThinSpace:200A Vfr:D835,DD19 Vopf:D835,DD4D Vscr:D835,DCB1 Vvdash:22AA Wcirc:174 "
+    "Wedge:22C0 Wfr:D835,DD1A Wopf:D835,DD4E Wscr:D835,DCB2 Xfr:D835,DD1B Xi:39E Xopf:D835,DD4F "
+    "Xscr:D835,DCB3 YAcy:42F YIcy:407 YUcy:42E Yacute!DD Ycirc:176 Ycy:42B Yfr:D835,DD1C "
+    "Yopf:D835,DD50 Yscr:D835,DCB4 Yuml:178 ZHcy:416 Zacute:179 Zcaron:17D Zcy:417 Zdot:17B "
+    "ZeroWidthSpace:200B Zeta:396 Zfr:2128 Zopf:2124 Zscr:D835,DCB5 aacute!E1 abreve:103 ac:223E "
+    "acE:223E,333 acd:223F acirc!E2 acute!B4 acy:430 aelig!E6 af:2061 afr:D835,DD1E agrave!E0 "
+    "alefsym:2135 aleph:2135 alpha:3B1 amacr:101 amalg:2A3F amp!26 and:2227 andand:2A55 andd:2A5C "
+    "andslope:2A58 andv:2A5A ang:2220 ange:29A4 angle:2220 angmsd:2221 angmsdaa:29A8 angmsdab:29A9 "
+    "angmsdac:29AA angmsdad:29AB angmsdae:29AC angmsdaf:29AD angmsdag:29AE angmsdah:29AF "
+    "angrt:221F angrtvb:22BE angrtvbd:299D angsph:2222 angst:C5 angzarr:237C aogon:105 "
+    "aopf:D835,DD52 ap:2248 apE:2A70 apacir:2A6F ape:224A apid:224B apos:27 approx:2248 "
+    "approxeq:224A aring!E5 ascr:D835,DCB6 ast:2A asymp:2248 asympeq:224D atilde!E3 auml!E4 "
+    "awconint:2233 awint:2A11 bNot:2AED backcong:224C backepsilon:3F6 backprime:2035 backsim:223D "
+    "backsimeq:22CD barvee:22BD barwed:2305 barwedge:2305 bbrk:23B5 bbrktbrk:23B6 bcong:224C "
+    "bcy:431 bdquo:201E becaus:2235 because:2235 bemptyv:29B0 bepsi:3F6 bernou:212C beta:3B2 "
+    "beth:2136 between:226C bfr:D835,DD1F bigcap:22C2 bigcirc:25EF bigcup:22C3 bigodot:2A00 "
+    "bigoplus:2A01 bigotimes:2A02 bigsqcup:2A06 bigstar:2605 bigtriangledown:25BD "
+    "bigtriangleup:25B3 biguplus:2A04 bigvee:22C1 bigwedge:22C0 bkarow:290D blacklozenge:29EB "
+    "blacksquare:25AA blacktriangle:25B4 blacktriangledown:25BE blacktriangleleft:25C2 "
+    "blacktriangleright:25B8 blank:2423 blk12:2592 blk14:2591 blk34:2593 block:2588 bne:3D,20E5 "
+    "bnequiv:2261,20E5 bnot:2310 bopf:D835,DD53 bot:22A5 bottom:22A5 bowtie:22C8 boxDL:2557 "
+    "boxDR:2554 boxDl:2556 boxDr:2553 boxH:2550 boxHD:2566 boxHU:2569 boxHd:2564 boxHu:2567 "
+    "boxUL:255D boxUR:255A boxUl:255C boxUr:2559 boxV:2551 boxVH:256C boxVL:2563 boxVR:2560 "
+    "boxVh:256B boxVl:2562 boxVr:255F boxbox:29C9 boxdL:2555 boxdR:2552 boxdl:2510 boxdr:250C "
+    "boxh:2500 boxhD:2565 boxhU:2568 boxhd:252C boxhu:2534 boxminus:229F boxplus:229E "
+    "boxtimes:22A0 boxuL:255B boxuR:2558 boxul:2518 boxur:2514 boxv:2502 boxvH:256A boxvL:2561 "
+    "boxvR:255E boxvh:253C boxvl:2524 boxvr:251C bprime:2035 breve:2D8 brvbar!A6 bscr:D835,DCB7 "
+    "bsemi:204F bsim:223D bsime:22CD bsol:5C bsolb:29C5 bsolhsub:27C8 bull:2022 bullet:2022 "
+    "bump:224E bumpE:2AAE bumpe:224F bumpeq:224F cacute:107 cap:2229 capand:2A44 capbrcup:2A49 "
+    "capcap:2A4B capcup:2A47 capdot:2A40 caps:2229,FE00 caret:2041 caron:2C7 ccaps:2A4D ccaron:10D "
+    "ccedil!E7 ccirc:109 ccups:2A4C ccupssm:2A50 cdot:10B cedil!B8 cemptyv:29B2 cent!A2 "
+    "centerdot:B7 cfr:D835,DD20 chcy:447 check:2713 checkmark:2713 chi:3C7 cir:25CB cirE:29C3 "
+    "circ:2C6 circeq:2257 circlearrowleft:21BA circlearrowright:21BB circledR:AE circledS:24C8 "
+    "circledast:229B circledcirc:229A circleddash:229D cire:2257 cirfnint:2A10 cirmid:2AEF "
+    "cirscir:29C2 clubs:2663 clubsuit:2663 colon:3A colone:2254 coloneq:2254 comma:2C commat:40 "
+    "comp:2201 compfn:2218 complement:2201 complexes:2102 cong:2245 congdot:2A6D conint:222E "
+    "copf:D835,DD54 coprod:2210 copy!A9 copysr:2117 crarr:21B5 cross:2717 cscr:D835,DCB8 csub:2ACF "
+    "csube:2AD1 csup:2AD0 csupe:2AD2 ctdot:22EF cudarrl:2938 cudarrr:2935 cuepr:22DE cuesc:22DF "
+    "cularr:21B6 cularrp:293D cup:222A cupbrcap:2A48 cupcap:2A46 cupcup:2A4A cupdot:228D "
+    "cupor:2A45 cups:222A,FE00 curarr:21B7 curarrm:293C curlyeqprec:22DE curlyeqsucc:22DF "
+    "curlyvee:22CE curlywedge:22CF curren!A4 curvearrowleft:21B6 curvearrowright:21B7 cuvee:22CE "
+    "cuwed:22CF cwconint:2232 cwint:2231 cylcty:232D dArr:21D3 dHar:2965 dagger:2020 daleth:2138 "
+    "darr:2193 dash:2010 dashv:22A3 dbkarow:290F dblac:2DD dcaron:10F dcy:434 dd:2146 ddagger:2021 "
+    "ddarr:21CA ddotseq:2A77 deg!B0 delta:3B4 demptyv:29B1 dfisht:297F dfr:D835,DD21 dharl:21C3 "
+    "dharr:21C2 diam:22C4 diamond:22C4 diamondsuit:2666 diams:2666 die:A8 digamma:3DD disin:22F2 "
+    "div:F7 divide!F7 divideontimes:22C7 divonx:22C7 djcy:452 dlcorn:231E dlcrop:230D dollar:24 "
+    "dopf:D835,DD55 dot:2D9 doteq:2250 doteqdot:2251 dotminus:2238 dotplus:2214 dotsquare:22A1 "
+    "doublebarwedge:2306 downarrow:2193 downdownarrows:21CA downharpoonleft:21C3 "
+    "downharpoonright:21C2 drbkarow:2910 drcorn:231F drcrop:230C dscr:D835,DCB9 dscy:455 dsol:29F6 "
+    "dstrok:111 dtdot:22F1 dtri:25BF dtrif:25BE duarr:21F5 duhar:296F dwangle:29A6 dzcy:45F "
+    "dzigrarr:27FF eDDot:2A77 eDot:2251 eacute!E9 easter:2A6E ecaron:11B ecir:2256 ecirc!EA "
+    "ecolon:2255 ecy:44D edot:117 ee:2147 efDot:2252 efr:D835,DD22 eg:2A9A egrave!E8 egs:2A96 "
+    "egsdot:2A98 el:2A99 elinters:23E7 ell:2113 els:2A95 elsdot:2A97 emacr:113 empty:2205 "
+    "emptyset:2205 emptyv:2205 emsp13:2004 emsp14:2005 emsp:2003 eng:14B ensp:2002 eogon:119 "
+    "eopf:D835,DD56 epar:22D5 eparsl:29E3 eplus:2A71 epsi:3B5 epsilon:3B5 epsiv:3F5 eqcirc:2256 "
+    "eqcolon:2255 eqsim:2242 eqslantgtr:2A96 eqslantless:2A95 equals:3D equest:225F equiv:2261 "
+    "equivDD:2A78 eqvparsl:29E5 erDot:2253 erarr:2971 escr:212F esdot:2250 esim:2242 eta:3B7 "
+    "eth!F0 euml!EB euro:20AC excl:21 exist:2203 expectation:2130 exponentiale:2147 "
+    "fallingdotseq:2252 fcy:444 female:2640 ffilig:FB03 fflig:FB00 ffllig:FB04 ffr:D835,DD23 "
+    "filig:FB01 fjlig:66,6A flat:266D fllig:FB02 fltns:25B1 fnof:192 fopf:D835,DD57 forall:2200 "
+    "fork:22D4 forkv:2AD9 fpartint:2A0D frac12!BD frac13:2153 frac14!BC frac15:2155 frac16:2159 "
+    "frac18:215B frac23:2154 frac25:2156 frac34!BE frac35:2157 frac38:215C frac45:2158 frac56:215A "
+    "frac58:215D frac78:215E frasl:2044 frown:2322 fscr:D835,DCBB gE:2267 gEl:2A8C gacute:1F5 "
+    "gamma:3B3 gammad:3DD gap:2A86 gbreve:11F gcirc:11D gcy:433 gdot:121 ge:2265 gel:22DB geq:2265 "
+    "geqq:2267 geqslant:2A7E ges:2A7E gescc:2AA9 gesdot:2A80 gesdoto:2A82 gesdotol:2A84 "
+    "gesl:22DB,FE00 gesles:2A94 gfr:D835,DD24 gg:226B ggg:22D9 gimel:2137 gjcy:453 gl:2277 "
+    "glE:2A92 gla:2AA5 glj:2AA4 gnE:2269 gnap:2A8A gnapprox:2A8A gne:2A88 gneq:2A88 gneqq:2269 "
+    "gnsim:22E7 gopf:D835,DD58 grave:60 gscr:210A gsim:2273 gsime:2A8E gsiml:2A90 gt!3E gtcc:2AA7 "
+    "gtcir:2A7A gtdot:22D7 gtlPar:2995 gtquest:2A7C gtrapprox:2A86 gtrarr:2978 gtrdot:22D7 "
+    "gtreqless:22DB gtreqqless:2A8C gtrless:2277 gtrsim:2273 gvertneqq:2269,FE00 gvnE:2269,FE00 "
+    "hArr:21D4 hairsp:200A half:BD hamilt:210B hardcy:44A harr:2194 harrcir:2948 harrw:21AD "
+    "hbar:210F hcirc:125 hearts:2665 heartsuit:2665 hellip:2026 hercon:22B9 hfr:D835,DD25 "
+    "hksearow:2925 hkswarow:2926 hoarr:21FF homtht:223B hookleftarrow:21A9 hookrightarrow:21AA "
+    "hopf:D835,DD59 horbar:2015 hscr:D835,DCBD hslash:210F hstrok:127 hybull:2043 hyphen:2010 "
+    "iacute!ED ic:2063 icirc!EE icy:438 iecy:435 iexcl!A1 iff:21D4 ifr:D835,DD26 igrave!EC ii:2148 "
+    "iiiint:2A0C iiint:222D iinfin:29DC iiota:2129 ijlig:133 imacr:12B image:2111 imagline:2110 "
+    "imagpart:2111 imath:131 imof:22B7 imped:1B5 in:2208 incare:2105 infin:221E infintie:29DD "
+    "inodot:131 int:222B intcal:22BA integers:2124 intercal:22BA intlarhk:2A17 intprod:2A3C "
+    "iocy:451 iogon:12F iopf:D835,DD5A iota:3B9 iprod:2A3C iquest!BF iscr:D835,DCBE isin:2208 "
+    "isinE:22F9 isindot:22F5 isins:22F4 isinsv:22F3 isinv:2208 it:2062 itilde:129 iukcy:456 "
+    "iuml!EF jcirc:135 jcy:439 jfr:D835,DD27 jmath:237 jopf:D835,DD5B jscr:D835,DCBF jsercy:458 "
+    "jukcy:454 kappa:3BA kappav:3F0 kcedil:137 kcy:43A kfr:D835,DD28 kgreen:138 khcy:445 kjcy:45C "
+    "kopf:D835,DD5C kscr:D835,DCC0 lAarr:21DA lArr:21D0 lAtail:291B lBarr:290E lE:2266 lEg:2A8B "
+    "lHar:2962 lacute:13A laemptyv:29B4 lagran:2112 lambda:3BB lang:27E8 langd:2991 langle:27E8 "
+    "lap:2A85 laquo!AB larr:2190 larrb:21E4 larrbfs:291F larrfs:291D larrhk:21A9 larrlp:21AB "
+    "larrpl:2939 larrsim:2973 larrtl:21A2 lat:2AAB latail:2919 late:2AAD lates:2AAD,FE00 "
+    "lbarr:290C lbbrk:2772 lbrace:7B lbrack:5B lbrke:298B lbrksld:298F lbrkslu:298D lcaron:13E "
+    "lcedil:13C lceil:2308 lcub:7B lcy:43B ldca:2936 ldquo:201C ldquor:201E ldrdhar:2967 "
+    "ldrushar:294B ldsh:21B2 le:2264 leftarrow:2190 leftarrowtail:21A2 leftharpoondown:21BD "
+    "leftharpoonup:21BC leftleftarrows:21C7 leftrightarrow:2194 leftrightarrows:21C6 "
+    "leftrightharpoons:21CB leftrightsquigarrow:21AD leftthreetimes:22CB leg:22DA leq:2264 "
+    "leqq:2266 leqslant:2A7D les:2A7D lescc:2AA8 lesdot:2A7F lesdoto:2A81 lesdotor:2A83 "
+    "lesg:22DA,FE00 lesges:2A93 lessapprox:2A85 lessdot:22D6 lesseqgtr:22DA lesseqqgtr:2A8B "
+    "lessgtr:2276 lesssim:2272 lfisht:297C lfloor:230A lfr:D835,DD29 lg:2276 lgE:2A91 lhard:21BD "
+    "lharu:21BC lharul:296A lhblk:2584 ljcy:459 ll:226A llarr:21C7 llcorner:231E llhard:296B "
+    "lltri:25FA lmidot:140 lmoust:23B0 lmoustache:23B0 lnE:2268 lnap:2A89 lnapprox:2A89 lne:2A87 "
+    "lneq:2A87 lneqq:2268 lnsim:22E6 loang:27EC loarr:21FD lobrk:27E6 longleftarrow:27F5 "
+    "longleftrightarrow:27F7 longmapsto:27FC longrightarrow:27F6 looparrowleft:21AB "
+    "looparrowright:21AC lopar:2985 lopf:D835,DD5D loplus:2A2D lotimes:2A34 lowast:2217 lowbar:5F "
+    "loz:25CA lozenge:25CA lozf:29EB lpar:28 lparlt:2993 lrarr:21C6 lrcorner:231F lrhar:21CB "
+    "lrhard:296D lrm:200E lrtri:22BF lsaquo:2039 lscr:D835,DCC1 lsh:21B0 lsim:2272 lsime:2A8D "
+    "lsimg:2A8F lsqb:5B lsquo:2018 lsquor:201A lstrok:142 lt!3C ltcc:2AA6 ltcir:2A79 ltdot:22D6 "
+    "lthree:22CB ltimes:22C9 ltlarr:2976 ltquest:2A7B ltrPar:2996 ltri:25C3 ltrie:22B4 ltrif:25C2 "
+    "lurdshar:294A luruhar:2966 lvertneqq:2268,FE00 lvnE:2268,FE00 mDDot:223A macr!AF male:2642 "
+    "malt:2720 maltese:2720 map:21A6 mapsto:21A6 mapstodown:21A7 mapstoleft:21A4 mapstoup:21A5 "
+    "marker:25AE mcomma:2A29 mcy:43C mdash:2014 measuredangle:2221 mfr:D835,DD2A mho:2127 micro!B5 "
+    "mid:2223 midast:2A midcir:2AF0 middot!B7 minus:2212 minusb:229F minusd:2238 minusdu:2A2A "
+    "mlcp:2ADB mldr:2026 mnplus:2213 models:22A7 mopf:D835,DD5E mp:2213 mscr:D835,DCC2 mstpos:223E "
+    "mu:3BC multimap:22B8 mumap:22B8 nGg:22D9,338 nGt:226B,20D2 nGtv:226B,338 nLeftarrow:21CD "
+    "nLeftrightarrow:21CE nLl:22D8,338 nLt:226A,20D2 nLtv:226A,338 nRightarrow:21CF nVDash:22AF "
+    "nVdash:22AE nabla:2207 nacute:144 nang:2220,20D2 nap:2249 napE:2A70,338 napid:224B,338 "
+    "napos:149 napprox:2249 natur:266E natural:266E naturals:2115 nbsp!A0 nbump:224E,338 "
+    "nbumpe:224F,338 ncap:2A43 ncaron:148 ncedil:146 ncong:2247 ncongdot:2A6D,338 ncup:2A42 "
+    "ncy:43D ndash:2013 ne:2260 neArr:21D7 nearhk:2924 nearr:2197 nearrow:2197 nedot:2250,338 "
+    "nequiv:2262 nesear:2928 nesim:2242,338 nexist:2204 nexists:2204 nfr:D835,DD2B ngE:2267,338 "
+    "nge:2271 ngeq:2271 ngeqq:2267,338 ngeqslant:2A7E,338 nges:2A7E,338 ngsim:2275 ngt:226F "
+    "ngtr:226F nhArr:21CE nharr:21AE nhpar:2AF2 ni:220B nis:22FC nisd:22FA niv:220B njcy:45A "
+    "nlArr:21CD nlE:2266,338 nlarr:219A nldr:2025 nle:2270 nleftarrow:219A nleftrightarrow:21AE "
+    "nleq:2270 nleqq:2266,338 nleqslant:2A7D,338 nles:2A7D,338 nless:226E nlsim:2274 nlt:226E "
+    "nltri:22EA nltrie:22EC nmid:2224 nopf:D835,DD5F not!AC notin:2209 notinE:22F9,338 "
+    "notindot:22F5,338 notinva:2209 notinvb:22F7 notinvc:22F6 notni:220C notniva:220C notnivb:22FE "
+    "notnivc:22FD npar:2226 nparallel:2226 nparsl:2AFD,20E5 npart:2202,338 npolint:2A14 npr:2280 "
+    "nprcue:22E0 npre:2AAF,338 nprec:2280 npreceq:2AAF,338 nrArr:21CF nrarr:219B nrarrc:2933,338 "
+    "nrarrw:219D,338 nrightarrow:219B nrtri:22EB nrtrie:22ED nsc:2281 nsccue:22E1 nsce:2AB0,338 "
+    "nscr:D835,DCC3 nshortmid:2224 nshortparallel:2226 nsim:2241 nsime:2244 nsimeq:2244 nsmid:2224 "
+    "nspar:2226 nsqsube:22E2 nsqsupe:22E3 nsub:2284 nsubE:2AC5,338 nsube:2288 nsubset:2282,20D2 "
+    "nsubseteq:2288 nsubseteqq:2AC5,338 nsucc:2281 nsucceq:2AB0,338 nsup:2285 nsupE:2AC6,338 "
+    "nsupe:2289 nsupset:2283,20D2 nsupseteq:2289 nsupseteqq:2AC6,338 ntgl:2279 ntilde!F1 ntlg:2278 "
+    "ntriangleleft:22EA ntrianglelefteq:22EC ntriangleright:22EB ntrianglerighteq:22ED nu:3BD "
+    "num:23 numero:2116 numsp:2007 nvDash:22AD nvHarr:2904 nvap:224D,20D2 nvdash:22AC "
+    "nvge:2265,20D2 nvgt:3E,20D2 nvinfin:29DE nvlArr:2902 nvle:2264,20D2 nvlt:3C,20D2 "
+    "nvltrie:22B4,20D2 nvrArr:2903 nvrtrie:22B5,20D2 nvsim:223C,20D2 nwArr:21D6 nwarhk:2923 "
+    "nwarr:2196 nwarrow:2196 nwnear:2927 oS:24C8 oacute!F3 oast:229B ocir:229A ocirc!F4 ocy:43E "
+    "odash:229D odblac:151 odiv:2A38 odot:2299 odsold:29BC oelig:153 ofcir:29BF ofr:D835,DD2C "
+    "ogon:2DB ograve!F2 ogt:29C1 ohbar:29B5 ohm:3A9 oint:222E olarr:21BA olcir:29BE olcross:29BB "
+    "oline:203E olt:29C0 omacr:14D omega:3C9 omicron:3BF omid:29B6 ominus:2296 oopf:D835,DD60 "
+    "opar:29B7 operp:29B9 oplus:2295 or:2228 orarr:21BB ord:2A5D order:2134 orderof:2134 ordf!AA "
+    "ordm!BA origof:22B6 oror:2A56 orslope:2A57 orv:2A5B oscr:2134 oslash!F8 osol:2298 otilde!F5 "
+    "otimes:2297 otimesas:2A36 ouml!F6 ovbar:233D par:2225 para!B6 parallel:2225 parsim:2AF3 "
+    "parsl:2AFD part:2202 pcy:43F percnt:25 period:2E permil:2030 perp:22A5 pertenk:2031 "
+    "pfr:D835,DD2D phi:3C6 phiv:3D5 phmmat:2133 phone:260E pi:3C0 pitchfork:22D4 piv:3D6 "
+    "planck:210F planckh:210E plankv:210F plus:2B plusacir:2A23 plusb:229E pluscir:2A22 "
+    "plusdo:2214 plusdu:2A25 pluse:2A72 plusmn!B1 plussim:2A26 plustwo:2A27 pm:B1 pointint:2A15 "
+    "popf:D835,DD61 pound!A3 pr:227A prE:2AB3 prap:2AB7 prcue:227C pre:2AAF prec:227A "
+    "precapprox:2AB7 preccurlyeq:227C preceq:2AAF precnapprox:2AB9 precneqq:2AB5 precnsim:22E8 "
+    "precsim:227E prime:2032 primes:2119 prnE:2AB5 prnap:2AB9 prnsim:22E8 prod:220F profalar:232E "
+    "profline:2312 profsurf:2313 prop:221D propto:221D prsim:227E prurel:22B0 pscr:D835,DCC5 "
+    "psi:3C8 puncsp:2008 qfr:D835,DD2E qint:2A0C qopf:D835,DD62 qprime:2057 qscr:D835,DCC6 "
+    "quaternions:210D quatint:2A16 quest:3F questeq:225F quot!22 rAarr:21DB rArr:21D2 rAtail:291C "
+    "rBarr:290F rHar:2964 race:223D,331 racute:155 radic:221A raemptyv:29B3 rang:27E9 rangd:2992 "
+    "range:29A5 rangle:27E9 raquo!BB rarr:2192 rarrap:2975 rarrb:21E5 rarrbfs:2920 rarrc:2933 "
+    "rarrfs:291E rarrhk:21AA rarrlp:21AC rarrpl:2945 rarrsim:2974 rarrtl:21A3 rarrw:219D "
+    "ratail:291A ratio:2236 rationals:211A rbarr:290D rbbrk:2773 rbrace:7D rbrack:5D rbrke:298C "
+    "rbrksld:298E rbrkslu:2990 rcaron:159 rcedil:157 rceil:2309 rcub:7D rcy:440 rdca:2937 "
+    "rdldhar:2969 rdquo:201D rdquor:201D rdsh:21B3 real:211C realine:211B realpart:211C reals:211D "
+    "rect:25AD reg!AE rfisht:297D rfloor:230B rfr:D835,DD2F rhard:21C1 rharu:21C0 rharul:296C "
+    "rho:3C1 rhov:3F1 rightarrow:2192 rightarrowtail:21A3 rightharpoondown:21C1 "
+    "rightharpoonup:21C0 rightleftarrows:21C4 rightleftharpoons:21CC rightrightarrows:21C9 "
+    "rightsquigarrow:219D rightthreetimes:22CC ring:2DA risingdotseq:2253 rlarr:21C4 rlhar:21CC "
+    "rlm:200F rmoust:23B1 rmoustache:23B1 rnmid:2AEE roang:27ED roarr:21FE robrk:27E7 ropar:2986 "
+    "ropf:D835,DD63 roplus:2A2E rotimes:2A35 rpar:29 rpargt:2994 rppolint:2A12 rrarr:21C9 "
+    "rsaquo:203A rscr:D835,DCC7 rsh:21B1 rsqb:5D rsquo:2019 rsquor:2019 rthree:22CC rtimes:22CA "
+    "rtri:25B9 rtrie:22B5 rtrif:25B8 rtriltri:29CE ruluhar:2968 rx:211E sacute:15B sbquo:201A "
+    "sc:227B scE:2AB4 scap:2AB8 scaron:161 sccue:227D sce:2AB0 scedil:15F scirc:15D scnE:2AB6 "
+    "scnap:2ABA scnsim:22E9 scpolint:2A13 scsim:227F scy:441 sdot:22C5 sdotb:22A1 sdote:2A66 "
+    "seArr:21D8 searhk:2925 searr:2198 searrow:2198 sect!A7 semi:3B seswar:2929 setminus:2216 "
+    "setmn:2216 sext:2736 sfr:D835,DD30 sfrown:2322 sharp:266F shchcy:449 shcy:448 shortmid:2223 "
+    "shortparallel:2225 shy!AD sigma:3C3 sigmaf:3C2 sigmav:3C2 sim:223C simdot:2A6A sime:2243 "
+    "simeq:2243 simg:2A9E simgE:2AA0 siml:2A9D simlE:2A9F simne:2246 simplus:2A24 simrarr:2972 "
+    "slarr:2190 smallsetminus:2216 smashp:2A33 smeparsl:29E4 smid:2223 smile:2323 smt:2AAA "
+    "smte:2AAC smtes:2AAC,FE00 softcy:44C sol:2F solb:29C4 solbar:233F sopf:D835,DD64 spades:2660 "
+    "spadesuit:2660 spar:2225 sqcap:2293 sqcaps:2293,FE00 sqcup:2294 sqcups:2294,FE00 sqsub:228F "
+    "sqsube:2291 sqsubset:228F sqsubseteq:2291 sqsup:2290 sqsupe:2292 sqsupset:2290 "
+    "sqsupseteq:2292 squ:25A1 square:25A1 squarf:25AA squf:25AA srarr:2192 sscr:D835,DCC8 "
+    "ssetmn:2216 ssmile:2323 sstarf:22C6 star:2606 starf:2605 straightepsilon:3F5 straightphi:3D5 "
+    "strns:AF sub:2282 subE:2AC5 subdot:2ABD sube:2286 subedot:2AC3 submult:2AC1 subnE:2ACB "
+    "subne:228A subplus:2ABF subrarr:2979 subset:2282 subseteq:2286 subseteqq:2AC5 subsetneq:228A "
+    "subsetneqq:2ACB subsim:2AC7 subsub:2AD5 subsup:2AD3 succ:227B succapprox:2AB8 "
+    "succcurlyeq:227D succeq:2AB0 succnapprox:2ABA succneqq:2AB6 succnsim:22E9 succsim:227F "
+    "sum:2211 sung:266A sup1!B9 sup2!B2 sup3!B3 sup:2283 supE:2AC6 supdot:2ABE supdsub:2AD8 "
+    "supe:2287 supedot:2AC4 suphsol:27C9 suphsub:2AD7 suplarr:297B supmult:2AC2 supnE:2ACC "
+    "supne:228B supplus:2AC0 supset:2283 supseteq:2287 supseteqq:2AC6 supsetneq:228B "
+    "supsetneqq:2ACC supsim:2AC8 supsub:2AD4 supsup:2AD6 swArr:21D9 swarhk:2926 swarr:2199 "
+    "swarrow:2199 swnwar:292A szlig!DF target:2316 tau:3C4 tbrk:23B4 tcaron:165 tcedil:163 tcy:442 "
+    "tdot:20DB telrec:2315 tfr:D835,DD31 there4:2234 therefore:2234 theta:3B8 thetasym:3D1 "
+    "thetav:3D1 thickapprox:2248 thicksim:223C thinsp:2009 thkap:2248 thksim:223C thorn!FE "
+    "tilde:2DC times!D7 timesb:22A0 timesbar:2A31 timesd:2A30 tint:222D toea:2928 top:22A4 "
+    "topbot:2336 topcir:2AF1 topf:D835,DD65 topfork:2ADA tosa:2929 tprime:2034 trade:2122 "
+    "triangle:25B5 triangledown:25BF triangleleft:25C3 trianglelefteq:22B4 triangleq:225C "
+    "triangleright:25B9 trianglerighteq:22B5 tridot:25EC trie:225C triminus:2A3A triplus:2A39 "
+    "trisb:29CD tritime:2A3B trpezium:23E2 tscr:D835,DCC9 tscy:446 tshcy:45B tstrok:167 twixt:226C "
+    "twoheadleftarrow:219E twoheadrightarrow:21A0 uArr:21D1 uHar:2963 uacute!FA uarr:2191 "
+    "ubrcy:45E ubreve:16D ucirc!FB ucy:443 udarr:21C5 udblac:171 udhar:296E ufisht:297E "
+    "ufr:D835,DD32 ugrave!F9 uharl:21BF uharr:21BE uhblk:2580 ulcorn:231C ulcorner:231C "
+    "ulcrop:230F ultri:25F8 umacr:16B uml!A8 uogon:173 uopf:D835,DD66 uparrow:2191 "
+    "updownarrow:2195 upharpoonleft:21BF upharpoonright:21BE uplus:228E upsi:3C5 upsih:3D2 "
+    "upsilon:3C5 upuparrows:21C8 urcorn:231D urcorner:231D urcrop:230E uring:16F urtri:25F9 "
+    "uscr:D835,DCCA utdot:22F0 utilde:169 utri:25B5 utrif:25B4 uuarr:21C8 uuml!FC uwangle:29A7 "
+    "vArr:21D5 vBar:2AE8 vBarv:2AE9 vDash:22A8 vangrt:299C varepsilon:3F5 varkappa:3F0 "
+    "varnothing:2205 varphi:3D5 varpi:3D6 varpropto:221D varr:2195 varrho:3F1 varsigma:3C2 "
+    "varsubsetneq:228A,FE00 varsubsetneqq:2ACB,FE00 varsupsetneq:228B,FE00 varsupsetneqq:2ACC,FE00 "
+    "vartheta:3D1 vartriangleleft:22B2 vartriangleright:22B3 vcy:432 vdash:22A2 vee:2228 "
+    "veebar:22BB veeeq:225A vellip:22EE verbar:7C vert:7C vfr:D835,DD33 vltri:22B2 vnsub:2282,20D2 "
+    "vnsup:2283,20D2 vopf:D835,DD67 vprop:221D vrtri:22B3 vscr:D835,DCCB vsubnE:2ACB,FE00 "
+    "vsubne:228A,FE00 vsupnE:2ACC,FE00 vsupne:228B,FE00 vzigzag:299A wcirc:175 wedbar:2A5F "
+    "wedge:2227 wedgeq:2259 weierp:2118 wfr:D835,DD34 wopf:D835,DD68 wp:2118 wr:2240 wreath:2240 "
+    "wscr:D835,DCCC xcap:22C2 xcirc:25EF xcup:22C3 xdtri:25BD xfr:D835,DD35 xhArr:27FA xharr:27F7 "
+    "xi:3BE xlArr:27F8 xlarr:27F5 xmap:27FC xnis:22FB xodot:2A00 xopf:D835,DD69 xoplus:2A01 "
+    "xotime:2A02 xrArr:27F9 xrarr:27F6 xscr:D835,DCCD xsqcup:2A06 xuplus:2A04 xutri:25B3 xvee:22C1 "
+    "xwedge:22C0 yacute!FD yacy:44F ycirc:177 ycy:44B yen!A5 yfr:D835,DD36 yicy:457 yopf:D835,DD6A "
+    "yscr:D835,DCCE yucy:44E yuml!FF zacute:17A zcaron:17E zcy:437 zdot:17C zeetrf:2128 zeta:3B6 "
+    "zfr:D835,DD37 zhcy:436 zigrarr:21DD zopf:D835,DD6B zscr:D835,DCCF zwj:200D zwnj:200C ";
 // clang-format on
 
-constexpr size_t kCount = std::size(kFacts);
+constexpr size_t count(std::string_view marks) {
+  size_t count = 0;
+  for (const char c : kFacts) count += marks.find(c) != marks.npos;
+  return count;
+}
+
+constexpr size_t kCount = count(":!");
 
 constexpr size_t nameBytes() {
   size_t bytes = 0;
-  for (const Fact& fact : kFacts) bytes += fact.name.size();
+  bool inName = true;
+  for (const char c : kFacts) {
+    if (c == ':' || c == '!') inName = false;
+    bytes += inName;
+    if (c == ' ') inName = true;
+  }
   return bytes;
 }
+
+constexpr int digitValue(char c) { return c <= '9' ? c - '0' : c - 'A' + 10; }
 
 // What the program holds: the names in one text, eight bytes a row, and where a name's row is.
 struct Packed {
@@ -639,17 +353,25 @@ struct Packed {
 
 constexpr Packed pack() {
   Packed packed;
-  size_t at = 0;
+  size_t at = 0, fact = 0;
   for (size_t i = 0; i < kCount; ++i) {
-    const Fact& fact = kFacts[i];
     ReferenceRow& row = packed.rows[i];
+    const size_t start = fact;
     row.nameAt = static_cast<uint16_t>(at);
-    row.nameLength = static_cast<uint8_t>(fact.name.size());
-    row.withoutSemicolon = fact.withoutSemicolon;
-    row.units[0] = fact.units[0];
-    row.units[1] = fact.units.size() > 1 ? fact.units[1] : 0;
-    for (const char c : fact.name) packed.names[at++] = c;
-    size_t slot = referenceSlot(fact.name);
+    for (; kFacts[fact] != ':' && kFacts[fact] != '!'; ++fact) packed.names[at++] = kFacts[fact];
+    const std::string_view name = kFacts.substr(start, fact - start);
+    row.nameLength = static_cast<uint8_t>(name.size());
+    row.withoutSemicolon = kFacts[fact] == '!';
+    size_t unit = 0;
+    for (++fact; kFacts[fact] != ' '; ++fact) {
+      if (kFacts[fact] == ',') {
+        ++unit;
+      } else {
+        row.units[unit] = static_cast<char16_t>(row.units[unit] * 16 + digitValue(kFacts[fact]));
+      }
+    }
+    ++fact;
+    size_t slot = referenceSlot(name);
     while (packed.slots[slot] != 0) slot = (slot + 1) % kReferenceSlots;
     packed.slots[slot] = static_cast<uint16_t>(i + 1);
   }

@@ -12,7 +12,7 @@ struct ReferenceRow {
   uint16_t nameAt;
   uint8_t nameLength;
   bool withoutSemicolon;  // recognised without ";" as well
-  char16_t units[2];      // the second is 0 when there is one unit only
+  char16_t units[2]{};    // the second is 0 when there is one unit only
 };
 
 inline constexpr size_t kReferenceSlots = 4096;

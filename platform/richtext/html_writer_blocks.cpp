@@ -83,6 +83,7 @@ void BlockWriter::contents(Paragraph* paragraph) {
   }
   text_.write(pieces, paragraph->style->preformatted);
   if (separator) return text_.writeSeparator(*separator);
+  if (paragraph->isUnfinished) return;
   if (pieces.empty() || endsInBreak || paragraph->isLastLine) text_.writeBreak(*paragraph->end);
 }
 

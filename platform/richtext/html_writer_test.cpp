@@ -186,6 +186,7 @@ constexpr Same kSame[] = {
      "e\\cell\\row\\intbl a\\par\\cell\\par\\cell\\row\\pard f"},
     {"CellsMergedAcross",
      "\\trowd\\clmgf\\cellx1000\\clmrg\\cellx2000\\cellx3000 a\\cell\\cell b\\cell\\row"},
+    {"MarkerAtTheEnd", "{\\*\\pn\\pnlvlblt}{\\pntext\\bullet\\tab}a\\par{\\pntext\\bullet\\tab}"},
     {"LinesAroundATable", "\\par\\trowd\\cellx1000\\intbl a\\cell\\row\\pard\\par b"},
     {"TableThatIsCutOff", "\\trowd\\cellx1000\\cellx2000\\intbl a\\cell b\\cell"},
     {"NestedTable",
