@@ -43,7 +43,7 @@ class Comparable {
       if (units_[i] != u'\t' || !isEnd(i)) continue;
       const auto& cells = style(look(i)).cells;
       const auto& next = style(look(i + 1)).cells;
-      const auto [a, b] = std::ranges::mismatch(cells, next, isSameCell);
+      const auto [a, b] = std::ranges::mismatch(cells, next);
       if (a == cells.end() || b == next.end() || a->table != b->table || a->row != b->row) {
         return false;
       }
@@ -104,11 +104,7 @@ class Comparable {
     if (units_[at] == u'\n') return true;
     if (units_[at] != u'\t' || style(look(at)).cells.empty()) return false;
     return at + 1 == units_.size() ||
-           !std::ranges::equal(style(look(at)).cells, style(look(at + 1)).cells, isSameCell);
-  }
-
-  static bool isSameCell(const NSTextTableCell& a, const NSTextTableCell& b) {
-    return a.table == b.table && a.row == b.row && a.column == b.column;
+           !std::ranges::equal(style(look(at)).cells, style(look(at + 1)).cells);
   }
 
   // In what stands before an item's first tab.

@@ -42,12 +42,7 @@ NSFont mostUsedFont(const NSAttributedString& text) {
 
 // Whether a paragraph ends between two runs because its cell does.
 bool leavesCell(const NSTextAttributes& a, const NSTextAttributes& b) {
-  const auto& left = styleOf(a).cells;
-  const auto& right = styleOf(b).cells;
-  if (left.empty() && right.empty()) return false;
-  return !std::ranges::equal(left, right, [](const auto& x, const auto& y) {
-    return x.table == y.table && x.row == y.row && x.column == y.column;
-  });
+  return styleOf(a).cells != styleOf(b).cells;
 }
 
 class Writer {

@@ -178,13 +178,10 @@ void BlockWriter::enterCells(const NSParagraphStyle& style) {
   const auto& cells = style.cells;
   const size_t depth = std::min(cells.size(), kDeepestTables);
   size_t same = 0;
-  while (same < depth && same < tables_.size() && tables_[same].table == cells[same].table &&
-         tables_[same].row == cells[same].row && tables_[same].column == cells[same].column) {
-    ++same;
-  }
+  while (same < depth && same < tables_.size() && tables_[same].cell == cells[same]) ++same;
   const bool isSameTable = same < depth && same < tables_.size() &&
-                           tables_[same].table == cells[same].table &&
-                           tables_[same].row <= cells[same].row;
+                           tables_[same].cell.table == cells[same].table &&
+                           tables_[same].cell.row <= cells[same].row;
   closeTables(same + (isSameTable ? 1 : 0));
   if (isSameTable) nextCell(cells[same++]);
   for (size_t i = same; i < depth; ++i) openTable(cells[i]);
@@ -197,7 +194,7 @@ void BlockWriter::openTable(const NSTextTableCell& cell) {
   out_ += u"<tbody>";
   endLine();
   out_ += u"<tr>";
-  tables_.push_back({cell.table, 0, 0, lists_.size(), {}});
+  tables_.push_back({{}, lists_.size(), {}});
   rowsUntil(cell.row);
   openCell(cell);
 }
@@ -212,7 +209,7 @@ void BlockWriter::nextCell(const NSTextTableCell& cell) {
 // Rows without cells keep the numbers of those behind them.
 void BlockWriter::rowsUntil(uint16_t row) {
   OpenTable& open = tables_.back();
-  for (; open.row < row; ++open.row) {
+  for (; open.cell.row < row; ++open.cell.row) {
     out_ += u"</tr>";
     endLine();
     out_ += u"<tr>";
@@ -222,7 +219,7 @@ void BlockWriter::rowsUntil(uint16_t row) {
 
 void BlockWriter::openCell(const NSTextTableCell& cell) {
   OpenTable& open = tables_.back();
-  open.column = cell.column;
+  open.cell = cell;
   const auto columnSpan =
       static_cast<uint16_t>(std::clamp<int32_t>(cell.columnSpan, 1, kMostColumnsSpanned));
   const auto rowSpan =

@@ -33,9 +33,8 @@ class BlockWriter {
 
  private:
   struct OpenTable {
-    uint32_t table;
-    uint16_t row, column;
-    size_t lists;  // open outside of it
+    NSTextTableCell cell;  // the open one
+    size_t lists;          // open outside of the table
     TableColumns columns;
   };
   struct OpenList {
