@@ -2,6 +2,7 @@
 #include <algorithm>
 
 #include "StringKelspar/StringKelsparNSStringAdditions.h"
+#include "platform/foundation/utf8.h"
 #include "platform/unicode/NSStringCase.h"
 
 namespace kelspar::StringKelsparNSStringAdditions {
@@ -36,7 +37,7 @@ const NSCharacterSet& cleanPunctuation() {
 
 bool isValidNSStringWithStrictCheck(const id& receiver, bool strict) {
   const auto text = receiver.as<NSString>();
-  if (!text || !text.strictUTF8()) return false;
+  if (!text || !utf8::isWellFormed(text)) return false;
   static const NSCharacterSet alphanumeric = NSCharacterSet::alphanumeric();
   const auto units = text.view();
   const auto strange = std::ranges::count_if(units, [](char16_t unit) {

@@ -4,6 +4,8 @@
 
 #include "StringKelspar/StringKelspar.h"
 #include "WebKelspar/WebKelsparNSStringAdditions.h"
+#include "WebKelspar/mime_words.h"
+#include "platform/foundation/scan.h"
 #include "platform/unicode/NSStringCase.h"
 
 namespace kelspar::WebKelsparNSStringAdditions {
@@ -52,6 +54,9 @@ constexpr CharsetRow kCharsets[] = {
 static_assert(std::ranges::adjacent_find(kCharsets, std::ranges::greater_equal{},
                                          &CharsetRow::label) == std::ranges::end(kCharsets),
               "sorted, each label once");
+constexpr size_t kLongest = std::ranges::max(kCharsets, {}, [](const CharsetRow& row) {
+                              return row.label.size();
+                            }).label.size();
 
 using Encodings = std::array<NSStringEncoding, std::size(kCharsets)>;
 
@@ -67,14 +72,28 @@ Encodings resolve() {
   return encodings;
 }
 
+NSStringEncoding encodingOfCapitals(std::u16string_view label) {
+  static const Encodings encodings = resolve();
+  const auto* const row = std::ranges::lower_bound(kCharsets, label, {}, &CharsetRow::label);
+  if (row == std::end(kCharsets) || row->label != label) return NSUTF8StringEncoding;
+  return encodings[static_cast<size_t>(row - kCharsets)];
+}
+
 }  // namespace
 
+NSStringEncoding encodingOfLabel(std::u16string_view label) {
+  char16_t capitals[kLongest];
+  if (scan::asciiPrefix(label) != label.size())
+    return encodingOfCapitals(uppercaseString(NSString(label)));
+  if (label.size() > kLongest) return NSUTF8StringEncoding;
+  std::ranges::transform(label, capitals, [](char16_t unit) {
+    return unit >= u'a' && unit <= u'z' ? static_cast<char16_t>(unit - 0x20) : unit;
+  });
+  return encodingOfCapitals({capitals, label.size()});
+}
+
 NSStringEncoding getCharacterEncodingFromMime(const NSString& receiver) {
-  static const Encodings encodings = resolve();
-  const NSString label = uppercaseString(receiver);
-  const auto* const row = std::ranges::lower_bound(kCharsets, label.view(), {}, &CharsetRow::label);
-  if (row == std::end(kCharsets) || row->label != label.view()) return NSUTF8StringEncoding;
-  return encodings[static_cast<size_t>(row - kCharsets)];
+  return encodingOfLabel(receiver.view());
 }
 
 }  // namespace kelspar::WebKelsparNSStringAdditions

@@ -4,14 +4,10 @@
 #include <random>
 
 #include "WebKelspar/WebKelsparNSStringAdditions.h"
-#include "platform/unicode/NSPredicate.h"
+#include "WebKelspar/mime_literal.h"
 
 namespace kelspar::WebKelsparNSStringAdditions {
 namespace {
-
-// The quoted part takes U+0020 as well.
-constexpr const char16_t* kPattern =
-    uR"((?:[a-z0-9!#$%\&'*+/=?\^_`{|}~-]+(?:\.[a-z0-9!#$%\&'*+/=?\^_`{|}~-]+)*|"(?:[\x01-\x08\x0b\x0c\x0e-\x1f\x20\x21\x23-\x5b\x5d-\x7f]|\\[\x01-\x09\x0b\x0c\x0e-\x7f])*")@(?:(?:[a-z0-9](?:[a-z0-9-]*[a-z0-9])?\.)+[a-z0-9](?:[a-z0-9-]*[a-z0-9])?|\[(?:(?:25[0-5]|2[0-4][0-9]|[01]?[0-9][0-9]?)\.){3}(?:25[0-5]|2[0-4][0-9]|[01]?[0-9][0-9]?|[a-z0-9-]*[a-z0-9]:(?:[\x01-\x08\x0b\x0c\x0e-\x1f\x21-\x5a\x53-\x7f]|\\[\x01-\x09\x0b\x0c\x0e-\x7f])+)\]))";
 
 TEST(EmailAddresses, Validate) {
   for (const char16_t* good : {u"A@B.CD", u"a@[192.168.0.1]", u"\"john doe\"@b.cd", u"a.b@c-d.e"}) {
@@ -34,7 +30,6 @@ TEST(EmailAddresses, Clean) {
 }
 
 TEST(EmailAddresses, TheAutomatonIsThePattern) {
-  const NSPredicate oracle = NSPredicate::matches(kPattern, NSPredicate::caseInsensitive);
   const std::u16string_view pieces[] = {
       u"a",  u"Z",  u"9",      u".",      u"-",  u"@",        u"\"",   u"\\", u" ",    u"\t",
       u"[",  u"]",  u":",      u"1.2.3.", u"25", u"a@b.c",    u"@[",   u"x:", u"\x7f", u"\n",
@@ -46,7 +41,7 @@ TEST(EmailAddresses, TheAutomatonIsThePattern) {
     for (size_t i = random() % 9; i > 0; --i) text += pieces[random() % std::size(pieces)];
     if (round % 3 == 0) text = u"a@[1.2.3." + text + u"]";
     if (round % 3 == 1) text = u"\"" + text + u"\"@a.b";
-    const bool expected = oracle.evaluate(text);
+    const bool expected = literallyValid(text);
     valid += expected;
     ASSERT_EQ(validateEmailAddress(text), expected) << NSString(text) << " round " << round;
   }

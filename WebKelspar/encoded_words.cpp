@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "WebKelspar/WebKelsparNSStringAdditions.h"
+#include "WebKelspar/mime_words.h"
 #include "platform/unicode/NSCharacterSet.h"
 #include "platform/unicode/NSScanner.h"
 #include "platform/unicode/NSStringCase.h"
@@ -36,12 +37,11 @@ NSString decodeWord(Text word) {
   const size_t second = word.find(u'?', first + 1);
   if (second == Text::npos || word.find(u'?', second + 1) != Text::npos) return nil;
   const Text letter = word.substr(first + 1, second - first - 1);
-  const NSString text(word.substr(second + 1));
+  const Text text = word.substr(second + 1);
   const bool isBase64 = letter == u"B" || letter == u"b";
   if (!isBase64 && letter != u"Q" && letter != u"q") return nil;
-  const NSStringEncoding encoding = getCharacterEncodingFromMime(word.substr(0, first));
-  return isBase64 ? base64DecodeWithEncoding(text, encoding)
-                  : quotedPrintableDecodeWithEncoding(text, encoding);
+  const NSStringEncoding encoding = encodingOfLabel(word.substr(0, first));
+  return isBase64 ? textOfBase64(text, encoding) : textOfQuotedPrintable(text, encoding);
 }
 
 // The value of a reference's body; nothing when the reference stays.

@@ -9,6 +9,7 @@
 
 #include "StringKelspar/StringKelsparNSStringAdditions.h"
 #include "WebKelspar/WebKelsparNSStringAdditions.h"
+#include "WebKelspar/mime_words.h"
 #include "platform/foundation/hex.h"
 #include "platform/foundation/scan.h"
 #include "platform/foundation/utf8.h"
@@ -100,8 +101,8 @@ std::optional<size_t> decodePlain(std::basic_string_view<Char> text, Char* out) 
 
 // The stated sequence up to the percent escapes. The order is the contract: "==\r\n\n" ends in two
 // removals, "%" is kept apart from "=".
-NSString percentEscaped(const NSString& receiver) {
-  NSMutableString text(receiver.view());
+NSString percentEscaped(std::u16string_view receiver) {
+  NSMutableString text(receiver);
   text.replaceOccurrences(u"=\r\n", u"");
   text.replaceOccurrences(u"=\n", u"");
   text.replaceOccurrences(u"%", u"%25");
@@ -130,12 +131,15 @@ NSString decodedInOnePass(std::u16string_view text, NSStringEncoding encoding) {
 
 }  // namespace
 
-NSString quotedPrintableDecodeWithEncoding(const NSString& receiver, NSStringEncoding encoding) {
-  if (!receiver) return nil;
-  if (NSString decoded = decodedInOnePass(receiver, encoding)) return decoded;
-  const NSString escaped = percentEscaped(receiver);
+NSString textOfQuotedPrintable(std::u16string_view text, NSStringEncoding encoding) {
+  if (NSString decoded = decodedInOnePass(text, encoding)) return decoded;
+  const NSString escaped = percentEscaped(text);
   const NSString decoded = decodedStringFromPercentEscapesUsingEncoding(escaped, encoding);
   return decoded ? decoded : forceQuotedPrintableDecode(escaped);
+}
+
+NSString quotedPrintableDecodeWithEncoding(const NSString& receiver, NSStringEncoding encoding) {
+  return receiver ? textOfQuotedPrintable(receiver, encoding) : nil;
 }
 
 NSString forceQuotedPrintableDecode(const NSString& receiver) {

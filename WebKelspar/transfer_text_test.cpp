@@ -3,10 +3,8 @@
 
 #include <random>
 
-#include "StringKelspar/StringKelsparNSStringAdditions.h"
 #include "WebKelspar/WebKelsparNSStringAdditions.h"
-#include "platform/unicode/NSCharacterSet.h"
-#include "platform/unicode/NSStringCase.h"
+#include "WebKelspar/mime_literal.h"
 
 namespace kelspar::WebKelsparNSStringAdditions {
 namespace {
@@ -63,20 +61,6 @@ TEST(QuotedPrintableText, UndecodableBytesAreReadInAnotherEncoding) {
   EXPECT_EQ(quotedPrintableDecodeWithEncoding(u"a=FF", 0xDEAD), read) << "no such encoding";
 }
 
-// The sequence as it is stated.
-NSString literally(const NSString& receiver, NSStringEncoding encoding) {
-  NSMutableString text(receiver.view());
-  text.replaceOccurrences(u"=\r\n", u"");
-  text.replaceOccurrences(u"=\n", u"");
-  text.replaceOccurrences(u"%", u"%25");
-  text.replaceOccurrences(u"=", u"%");
-  text.replaceOccurrences(u"%C2%A0", u" ");
-  const NSString escaped = text.copy();
-  using StringKelsparNSStringAdditions::decodedStringFromPercentEscapesUsingEncoding;
-  const NSString decoded = decodedStringFromPercentEscapesUsingEncoding(escaped, encoding);
-  return decoded ? decoded : forceQuotedPrintableDecode(escaped);
-}
-
 constexpr std::u16string_view kPieces[] = {u"=C3=A9",
                                            u"=C2=A0",
                                            u"=C2",
@@ -121,7 +105,8 @@ TEST(QuotedPrintableLaw, OnePassEqualsTheSequence) {
     for (size_t i = random() % 12; i > 0; --i)
       text += kPieces[(first + random() % kinds * 5) % std::size(kPieces)];
     const NSStringEncoding encoding = kEncodings[random() % std::size(kEncodings)];
-    ASSERT_EQ(quotedPrintableDecodeWithEncoding(text, encoding), literally(text, encoding))
+    ASSERT_EQ(quotedPrintableDecodeWithEncoding(text, encoding),
+              literalQuotedPrintable(text, encoding))
         << NSString(text) << " in " << encoding;
   }
 }
@@ -131,24 +116,10 @@ TEST(QuotedPrintableLaw, LongRunsOfEscapesEqualTheSequence) {
     for (const size_t count : {1365u, 1366u, 2047u, 2048u, 4095u, 4096u, 4097u, 4101u, 9000u}) {
       std::u16string text;
       for (size_t i = 0; i < count; ++i) text += piece;
-      ASSERT_EQ(quotedPrintableDecodeWithEncoding(text, kUTF8), literally(text, kUTF8))
+      ASSERT_EQ(quotedPrintableDecodeWithEncoding(text, kUTF8), literalQuotedPrintable(text, kUTF8))
           << NSString(piece) << " " << count << " times";
     }
   }
-}
-
-// Byte by byte, as it is stated.
-NSString createdLiterally(const NSString& receiver) {
-  std::string out;
-  for (const char byte : receiver.utf8()) {
-    if (byte == 0) break;
-    const auto value = static_cast<uint8_t>(byte);
-    char text[8];
-    std::snprintf(text, sizeof text, value == 10 || (value >= 32 && value <= 126) ? "%c" : "=%X%X",
-                  value == 10 || (value >= 32 && value <= 126) ? value : value >> 4, value & 15);
-    out += text;
-  }
-  return stringByTrimming(NSString(out), NSCharacterSet::whitespaceAndNewline());
 }
 
 TEST(CreatedQuotedPrintable, Gives) {
@@ -167,7 +138,7 @@ TEST(CreatedQuotedPrintable, EqualsTheStatedSteps) {
   for (int round = 0; round < 20000; ++round) {
     std::u16string text;
     for (size_t i = random() % 12; i > 0; --i) text += kUnits[random() % kUnits.size()];
-    ASSERT_EQ(createQuotedPrintable(text), createdLiterally(text)) << NSString(text);
+    ASSERT_EQ(createQuotedPrintable(text), literallyCreatedQuotedPrintable(text)) << NSString(text);
   }
 }
 

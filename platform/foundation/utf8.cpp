@@ -2,6 +2,7 @@
 // code where the processor has it.
 #include "platform/foundation/utf8.h"
 
+#include <algorithm>
 #include <cstdint>
 #include <cstring>
 
@@ -52,6 +53,30 @@ inline char16_t* put(char32_t codePoint, char16_t* out) {
 }
 
 }  // namespace
+
+bool isWellFormed(std::u16string_view units) {
+  size_t at = 0;
+  while (at < units.size()) {
+#if defined(__SSE2__)
+    // Surrogates are the units of which the upper five bits are 11011.
+    const __m128i upper = _mm_set1_epi16(static_cast<int16_t>(0xF800));
+    const __m128i surrogate = _mm_set1_epi16(static_cast<int16_t>(0xD800));
+    for (; at + 8 <= units.size(); at += 8) {
+      const auto block = _mm_loadu_si128(reinterpret_cast<const __m128i*>(units.data() + at));
+      const __m128i found = _mm_cmpeq_epi16(_mm_and_si128(block, upper), surrogate);
+      if (_mm_movemask_epi8(found) != 0) break;
+    }
+#endif
+    const size_t end = std::min(at + 8, units.size());
+    while (at < end) {
+      const char16_t unit = units[at++];
+      if ((unit & 0xF800) != 0xD800) continue;
+      if (unit >= 0xDC00 || at == units.size() || (units[at] & 0xFC00) != 0xDC00) return false;
+      ++at;
+    }
+  }
+  return true;
+}
 
 size_t asciiPrefix(std::string_view bytes) {
   size_t at = 0;

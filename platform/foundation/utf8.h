@@ -27,6 +27,9 @@ std::u16string decodeReplacing(std::string_view bytes);
 // Appends the UTF-8 form of `units`; lone surrogates become U+FFFD. False when there was one.
 bool append(std::u16string_view units, std::string* out);
 
+// Whether every surrogate has its partner, so that the text has a UTF-8 form.
+bool isWellFormed(std::u16string_view units);
+
 // Appends one code point, a surrogate as its three bytes.
 void appendCodePoint(char32_t codePoint, std::string* out);
 

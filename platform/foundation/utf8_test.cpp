@@ -121,5 +121,17 @@ TEST(UTF8Law, FaultsAreFoundAcrossBlocks) {
   }
 }
 
+TEST(WellFormed, TakesPairsAndNothingElse) {
+  std::mt19937 random(13);
+  constexpr char16_t kUnits[] = {u'a', 0xD800, 0xDBFF, 0xDC00, 0xDFFF, 0xE000, 0xD7FF, u'b', u'c'};
+  for (int round = 0; round < 20000; ++round) {
+    std::u16string units(random() % 40, u'a');
+    for (size_t i = random() % 5; i > 0 && !units.empty(); --i)
+      units[random() % units.size()] = kUnits[random() % std::size(kUnits)];
+    std::string bytes;
+    ASSERT_EQ(utf8::isWellFormed(units), utf8::append(units, &bytes));
+  }
+}
+
 }  // namespace
 }  // namespace kelspar

@@ -19,26 +19,6 @@ using Shape = EncodingShape;
 
 constexpr bool kIsBigEndian = std::endian::native == std::endian::big;
 
-// Four units at a time: whether one of them is a surrogate.
-bool holdsSurrogate(const char16_t* units) {
-  uint64_t word;
-  std::memcpy(&word, units, 8);
-  const uint64_t kind = (word ^ UINT64_C(0xD800D800D800D800)) & UINT64_C(0xF800F800F800F800);
-  return ((kind - UINT64_C(0x0800080008000800)) & ~kind & UINT64_C(0x8000800080008000)) != 0;
-}
-
-bool hasLoneSurrogates(std::u16string_view text) {
-  for (size_t i = 0; i < text.size(); ++i) {
-    while (i + 4 <= text.size() && !holdsSurrogate(text.data() + i)) i += 4;
-    if (i == text.size()) break;
-    if ((text[i] & 0xF800) != 0xD800) continue;
-    const bool isPair = text[i] < 0xDC00 && i + 1 < text.size() && (text[i + 1] & 0xFC00) == 0xDC00;
-    if (!isPair) return true;
-    ++i;
-  }
-  return false;
-}
-
 void swapUnits(std::string_view bytes, char16_t* out) {
   size_t at = 0;
   for (; at + 8 <= bytes.size(); at += 8) {
@@ -64,7 +44,7 @@ NSString decodeUTF16(std::string_view bytes, bool bigEndian) {
       swapUnits(bytes, out);
     }
   });
-  return hasLoneSurrogates(text) ? nil : text;
+  return utf8::isWellFormed(text) ? text : nil;
 }
 
 char32_t codePointAt(std::string_view bytes, size_t at, bool bigEndian) {
@@ -202,7 +182,7 @@ NSString stringWithData(const NSData& data, NSStringEncoding encoding) {
 
 NSData dataUsingEncoding(const NSString& text, NSStringEncoding encoding) {
   const EncodingRow* row = encodingRow(encoding);
-  if (!row || !text || hasLoneSurrogates(text)) return nil;
+  if (!row || !text || !utf8::isWellFormed(text)) return nil;
   switch (row->shape) {
     case Shape::ascii:
       return encodeBelow(text, 0x80);

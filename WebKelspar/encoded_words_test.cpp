@@ -1,0 +1,58 @@
+// Encoded words of headers and escaped character references, against the stated expressions.
+#include <gtest/gtest.h>
+
+#include <random>
+
+#include "WebKelspar/WebKelsparNSStringAdditions.h"
+#include "WebKelspar/mime_literal.h"
+
+namespace kelspar::WebKelsparNSStringAdditions {
+namespace {
+
+TEST(EncodedWords, Give) {
+  EXPECT_EQ(decodeMimeHeader(u"=?UTF-8?Q?hello_world?="), u"hello_world");
+  EXPECT_EQ(decodeMimeHeader(u"=?utf-8?b?SGVsbG8=?= =?utf-8?b?V29ybGQ=?="), u"Hello World");
+  EXPECT_EQ(decodeMimeHeader(u"Re: =?ISO-8859-1?Q?caf=E9?= ok"), u"Re: café ok");
+  EXPECT_EQ(decodeMimeHeader(u"=?UTF-8?X?abc?="), u"");
+  EXPECT_EQ(decodeMimeHeader(u"plain"), u"plain");
+  EXPECT_EQ(decodeMimeHeader(u"=?UTF-8?Q?a?=, =?UTF-8?Q?b?= c"), u" c");
+  EXPECT_EQ(decodeMimeHeader(nil), u"");
+}
+
+TEST(EncodedWords, EqualTheStatedSteps) {
+  constexpr std::u16string_view kPieces[] = {
+      u"=",       u"?",      u"=?", u"?=",         u" ",   u"\n",  u"x",
+      u"\u2028",  u"\u3000", u"\v", u"=?utf-8?Q?", u"=E9", u"?b?", u"=?ISO-8859-1?q?",
+      u"SGVsbG8", u"=C3=A9", u"_",  u", "};
+  std::mt19937 random(3);
+  for (int round = 0; round < 30000; ++round) {
+    std::u16string text;
+    for (size_t i = 1 + random() % 10; i > 0; --i) text += kPieces[random() % std::size(kPieces)];
+    ASSERT_EQ(decodeMimeHeader(text), literalHeader(text)) << NSString(text) << " round " << round;
+  }
+}
+
+TEST(FormattingTags, Give) {
+  EXPECT_EQ(decodeHTMLFormattingTags(u"&amp;#233;"), u"é");
+  EXPECT_EQ(decodeHTMLFormattingTags(u"&AMP;65;&amp;#65;"), u"AA");
+  EXPECT_EQ(decodeHTMLFormattingTags(u"&amp;#70000;"), std::u16string(1, 4464));
+  for (const char16_t* same : {u"&amp;#0;", u"&amp;#x41;", u"&amp;lt;", u"a"}) {
+    EXPECT_EQ(decodeHTMLFormattingTags(same), same);
+  }
+}
+
+TEST(FormattingTags, EqualTheStatedSteps) {
+  EXPECT_EQ(decodeHTMLFormattingTags(u"&amp;#38;amp;65; &amp;65;"), u"A A");
+  const std::u16string_view pieces[] = {u"&amp;", u"#",     u"65",  u"38", u"59", u";",
+                                        u"amp;",  u"&",     u"233", u" ",  u"-",  u"+",
+                                        u"x",     u"&AMP;", u"\n",  u"35"};
+  std::mt19937 random(9);
+  for (int round = 0; round < 20000; ++round) {
+    std::u16string text;
+    for (size_t i = 1 + random() % 14; i > 0; --i) text += pieces[random() % std::size(pieces)];
+    ASSERT_EQ(decodeHTMLFormattingTags(text), literalFormattingTags(text)) << NSString(text);
+  }
+}
+
+}  // namespace
+}  // namespace kelspar::WebKelsparNSStringAdditions
