@@ -95,6 +95,29 @@ TEST(ExtensionProcess, AnswersTheLastLineWithoutItsLineFeed) {
   EXPECT_EQ(extension.exitStatus(), 0);
 }
 
+// The answer is what the completion was given; without one it is empty.
+TEST(ExtensionProcess, AnswersWithWhatACompletionIsGiven) {
+  const std::string rtf =  // {\\rtf1 a\\par b{\\*\\htmltag64 <img src="cid:x"></p>}}
+      R"({"$data":"e1xydGYxIGFccGFyIGJ7XCpcaHRtbHRhZzY0IDxpbWcgc3JjPSJjaWQ6eCI+PC9wPn19"})";
+  const std::string dot = R"({"$data":"R0lGODlhAQABAIAAAAAAAP///ywAAAAAAQABAAACAkQBADs="})";
+  const std::string image = R"({"AttachContentID":"X","data":)" + dot + "}";
+  const auto request = [&](int number, const char* completion) {
+    return R"({"jsonrpc":"2.0","id":)" + std::to_string(number) +
+           R"(,"method":"buildRTFMessageContent:attachments:completion:","params":{"class":"EmailUtilities","arguments":[)" +
+           rtf + ",[" + image + "]," + completion + "]}}\n";
+  };
+  Extension extension;
+  const std::vector<std::string> lines =
+      linesOf(extension.exchange(request(1, "true") + request(2, "null") + request(3, "7")));
+  EXPECT_EQ(extension.exitStatus(), 0);
+  ASSERT_EQ(lines.size(), 3u);
+  for (const std::string& line : lines) {
+    const bool isWithImage = line.find("\"image/gif\"") != line.npos;
+    EXPECT_EQ(isWithImage, line.find("\"id\":1,") != line.npos) << line;
+    EXPECT_EQ(line.find("-32602") != line.npos, line.find("\"id\":3,") != line.npos) << line;
+  }
+}
+
 TEST(ExtensionProcess, LosesNoAnswerAmongGoodAndBadLines) {
   constexpr int kLines = 20000;
   std::mt19937 random(31);

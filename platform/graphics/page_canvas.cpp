@@ -105,6 +105,7 @@ bool PageCanvas::isBroken() const {
 
 void PageCanvas::turnPage(bool isLast) {
   showGathered();
+  painted_.clear();
   if (isLast && hasLinks_) cairo_tag_end(cairo_, "Document");
   cairo_show_page(cairo_);
 }
@@ -238,7 +239,17 @@ void PageCanvas::show(const Picture& picture, double y) {
   cairo_transform(cairo_, &upright);
   cairo_scale(cairo_, 1.0 / stored->width, 1.0 / stored->height);
   cairo_set_source_surface(cairo_, stored->surface, 0, 0);
-  cairo_paint(cairo_);
+  // Cairo 1.16 names an image twice among the page's resources when it is painted twice; as a
+  // pattern it has resources of its own.
+  const bool isFirst = std::ranges::find(painted_, stored->surface) == painted_.end();
+  if (isFirst) {
+    painted_.push_back(stored->surface);
+    cairo_paint(cairo_);
+  } else {
+    cairo_pattern_set_extend(cairo_get_source(cairo_), CAIRO_EXTEND_REPEAT);
+    cairo_rectangle(cairo_, 0, 0, stored->width, stored->height);
+    cairo_fill(cairo_);
+  }
   cairo_restore(cairo_);
 }
 

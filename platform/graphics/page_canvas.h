@@ -42,6 +42,7 @@ class PageCanvas {
   cairo_surface_t* surface_;
   cairo_t* cairo_;
   PictureStore pictures_;
+  std::vector<const cairo_surface_t*> painted_;  // on the page
   bool hasLinks_;
   cairo_scaled_font_t* plainFont_;
   unsigned long blank_;

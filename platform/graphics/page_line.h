@@ -5,6 +5,7 @@
 // bottom from the text's top, as if there were no pages.
 #pragma once
 
+#include <algorithm>
 #include <memory>
 #include <string>
 #include <vector>
@@ -16,6 +17,11 @@ typedef struct _cairo_scaled_font cairo_scaled_font_t;
 namespace kelspar {
 
 inline constexpr double kPageWidth = 550, kPageHeight = 715;
+
+// Callers' numbers may be anything; NaN counts as the least.
+[[nodiscard]] inline double bounded(double value, double least, double most) {
+  return value >= least ? std::min(value, most) : least;
+}
 
 // A font at a size, with where it wants its lines (upwards from the baseline is negative).
 struct PageFont {

@@ -4,6 +4,7 @@
 #include <pango/pango.h>
 
 #include <algorithm>
+#include <cmath>
 
 #include "platform/foundation/utf8.h"
 #include "platform/graphics/NSImage.h"
@@ -21,8 +22,9 @@ bool isSilent(char16_t c) { return (c < u' ' && c != u'\t') || (c >= 0x7F && c <
 
 double riseOf(const NSTextAttributes& look) {
   constexpr double kRaised = 0.35;
-  const double size = std::clamp(look.font.size, 0.0, kLargestRise);
-  return std::clamp(look.baselineOffset, -kLargestRise, kLargestRise) +
+  const double size = bounded(look.font.size, 0, kLargestRise);
+  const double offset = look.baselineOffset;
+  return (std::isfinite(offset) ? std::clamp(offset, -kLargestRise, kLargestRise) : 0) +
          look.superscript * kRaised * size;
 }
 
@@ -73,7 +75,9 @@ void PangoText::insert(PangoAttribute* attribute, size_t start, size_t end) {
 void PangoText::insertShapes(const NSTextAttributes& look, size_t start) {
   constexpr std::string_view kPlace = "\xEF\xBF\xBC";  // U+FFFC
   const NSTextAttachment& attachment = *look.attachment;
-  double width = attachment.width, height = attachment.height;
+  constexpr double kLargest = 1e6;
+  double width = bounded(attachment.width, 0, kLargest);
+  double height = bounded(attachment.height, 0, kLargest);
   if (width <= 0 || height <= 0) {
     const NSImage image = NSImage::initWithData(attachment.contents);
     if (image) {
@@ -83,7 +87,7 @@ void PangoText::insertShapes(const NSTextAttributes& look, size_t start) {
     }
   }
   const double scale = width > widest_ ? widest_ / width : 1;
-  width = std::max(0.0, width * scale);
+  width *= scale;
   height = std::clamp(height * scale, 0.0, kHighestPicture);
   const PangoRectangle box{0, -pango_units_from_double(height), pango_units_from_double(width),
                            pango_units_from_double(height)};

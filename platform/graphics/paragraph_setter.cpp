@@ -73,7 +73,7 @@ class ParagraphSetter::Setter {
 
   double set(size_t begin, size_t end, Column column, double y, std::vector<PageLine>* lines) {
     setStyle(begin, column);
-    y += std::clamp(style_->spacingBefore, 0.0, kPageHeight);
+    y += bounded(style_->spacingBefore, 0.0, kPageHeight);
     findDirection(begin, end);
     for (size_t at = begin; at <= end;) {
       const size_t lineEnd = scan::findAny(units_.substr(0, end), at, u'\x2028', u'\f', u'\v');
@@ -83,7 +83,7 @@ class ParagraphSetter::Setter {
       at = lineEnd + 1;
     }
     maker_.forgetManyFonts();
-    return y + std::clamp(style_->spacingAfter, 0.0, kPageHeight);
+    return y + bounded(style_->spacingAfter, 0.0, kPageHeight);
   }
 
   TextExtent measure(size_t begin, size_t end) {
@@ -116,7 +116,7 @@ class ParagraphSetter::Setter {
     const NSTextAttributes& look = looks_.lookAt(begin);
     style_ = look.paragraph ? look.paragraph.get() : &kPlain;
     column_ = column;
-    const auto indent = [&](double points) { return std::clamp(points, 0.0, column.width / 2); };
+    const auto indent = [&](double points) { return bounded(points, 0, column.width / 2); };
     first_ = indent(style_->firstLineIndent);
     head_ = indent(style_->headIndent);
     right_ = column.width - indent(std::abs(style_->tailIndent));
@@ -132,7 +132,7 @@ class ParagraphSetter::Setter {
     const auto start = units_.substr(begin, kLongestMarker + 1);
     const size_t tab = scan::findAny(start, 0, u'\t', u'\n');
     if (tab == start.size() || start[tab] != u'\t') return;
-    const double size = std::clamp(looks_.lookAt(begin).font.size, 1.0, 100.0);
+    const double size = bounded(looks_.lookAt(begin).font.size, 1, 100);
     const double marker = static_cast<double>(tab) * kDigit * size + kGap;
     const double hang = std::max(first_ < head_ ? head_ - first_ : kLeast, marker);
     first_ = std::max(0.0, std::min(first_, head_ - hang));
@@ -157,6 +157,8 @@ class ParagraphSetter::Setter {
     const double left = std::min(first_, head_);
     std::vector<NSTextTab> stops = style_->tabStops;
     if (first_ < head_) stops.push_back({.location = head_});
+    constexpr double kFarthest = 1e4;
+    for (NSTextTab& stop : stops) stop.location = bounded(stop.location, 0, kFarthest);
     std::ranges::sort(stops, {}, &NSTextTab::location);
     const double last = stops.empty() ? 0 : stops.back().location;
     for (double at = kTabDistance; at < column_.width + kTabDistance; at += kTabDistance) {
@@ -171,8 +173,7 @@ class ParagraphSetter::Setter {
                                   : stop.alignment == Align::right  ? PANGO_TAB_RIGHT
                                   : stop.alignment == Align::center ? PANGO_TAB_CENTER
                                                                     : PANGO_TAB_LEFT;
-      pango_tab_array_set_tab(tabs, count++, align,
-                              pango_units_from_double(std::min(stop.location, 1e4) - left));
+      pango_tab_array_set_tab(tabs, count++, align, pango_units_from_double(stop.location - left));
     }
     pango_tab_array_resize(tabs, count);
     pango_layout_set_tabs(layout_.get(), tabs);
@@ -269,8 +270,8 @@ class ParagraphSetter::Setter {
 
   double lineHeight(double own, bool hasPicture) const {
     double height = own;
-    if (style_->lineHeightMultiple > 0) height *= std::clamp(style_->lineHeightMultiple, 0.1, 20.0);
-    const auto bound = [](double points) { return std::clamp(points, 0.0, kPageHeight); };
+    if (style_->lineHeightMultiple > 0) height *= bounded(style_->lineHeightMultiple, 0.1, 20);
+    const auto bound = [](double points) { return bounded(points, 0, kPageHeight); };
     height = std::max(height, bound(style_->minimumLineHeight));
     const double most = bound(style_->maximumLineHeight);
     return most > 0 && !hasPicture ? std::min(height, most) : height;

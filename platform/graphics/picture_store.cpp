@@ -16,7 +16,7 @@ namespace kelspar {
 
 namespace {
 
-constexpr size_t kMostDecoded = 100'000'000;  // pixels a document
+constexpr size_t kMostDecoded = 40'000'000;  // pixels a document
 constexpr size_t kMostKept = 4'000'000;
 
 std::string digestOf(const NSData& file) {

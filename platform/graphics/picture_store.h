@@ -29,7 +29,7 @@ class PictureStore {
   PictureStore(const PictureStore&) = delete;
   ~PictureStore();
 
-  // Null for what is no image and when the document has had its pixels (100 million decoded ones).
+  // Null for what is no image and when the document has had its pixels (40 million decoded ones).
   // The picture stays until the next call.
   [[nodiscard]] const StoredPicture* find(const NSData& file);
 

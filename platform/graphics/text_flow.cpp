@@ -221,8 +221,10 @@ class Flow {
   std::vector<ColumnNeed> needsOf(const std::vector<Cell>& cells, size_t depth) {
     std::vector<ColumnNeed> needs;
     for (const Cell& cell : cells) {
-      ColumnNeed need{
-          .column = cell.column, .span = cell.span, .width = cell.place->width, .extent = {}};
+      ColumnNeed need{.column = cell.column,
+                      .span = cell.span,
+                      .width = bounded(cell.place->width, 0, 1e5),
+                      .extent = {}};
       if (need.width <= 0) {
         need.extent = extentOf(cell.paragraphs, depth + 1);
         need.extent.least += 2 * kPadding;
@@ -286,7 +288,7 @@ class Flow {
       const double left = edges[cell.column];
       const double top = tops[cell.firstRow - firstRow];
       addBox(left, top, edges[cell.column + cell.span] - left,
-             tops[cell.lastRow - firstRow + 1] - top, std::min(cell.place->border, 20.0),
+             tops[cell.lastRow - firstRow + 1] - top, bounded(cell.place->border, 0, 20),
              cell.place->rowSpan > 0 ? cell.place->background : std::nullopt, lines);
     }
     std::ranges::move(contents, std::back_inserter(*lines));
