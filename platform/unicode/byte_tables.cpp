@@ -7,6 +7,7 @@
 #include <mutex>
 
 #include "platform/foundation/utf8.h"
+#include "platform/unicode/iconv_converter.h"
 #include "platform/unicode/icu_converter.h"
 #include "platform/unicode/own_tables.h"
 
@@ -28,7 +29,9 @@ const Table& sharedTable(const EncodingRow& row, Make make) {
 
 char16_t decodeOne(const EncodingRow& row, std::string_view bytes) {
   std::u16string units;
-  const bool valid = convertWithICU(row.converter, bytes, Malformed::stop, &units);
+  const bool valid = row.shape == EncodingShape::system
+                         ? convertWithIconv(row.converter, bytes, &units)
+                         : convertWithICU(row.converter, bytes, Malformed::stop, &units);
   return valid && units.size() == 1 ? units[0] : utf8::kReplacement;
 }
 

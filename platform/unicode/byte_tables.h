@@ -44,7 +44,8 @@ class SingleByteTable {
 // EUC-JP has sequences of three bytes besides, GB 18030 of four.
 class PairTable {
  public:
-  // For rows of the shape pairs; lives as long as the process.
+  // For rows of the shape pairs, and those of the shape system that are like them; lives as long as
+  // the process.
   static const PairTable& of(const EncodingRow& row);
 
   // nil when a sequence is undefined or cut short.

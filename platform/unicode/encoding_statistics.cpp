@@ -13,6 +13,7 @@
 
 #include "platform/unicode/byte_tables.h"
 #include "platform/unicode/language_letters.h"
+#include "platform/unicode/language_words.h"
 #include "platform/unicode/pair_statistics.h"
 
 namespace kelspar {
@@ -63,7 +64,8 @@ class Sample {
     uint16_t count;
   };
 
-  explicit Sample(std::string_view bytes) {
+  explicit Sample(std::string_view bytes)
+      : words_(countEverydayWords(bytes)), mostWords_(*std::ranges::max_element(words_)) {
     // The part with the first bytes that matter.
     const auto isHigh = [](char c) { return static_cast<uint8_t>(c) >= 0x80; };
     const auto first = static_cast<size_t>(std::ranges::find_if(bytes, isHigh) - bytes.begin());
@@ -72,13 +74,16 @@ class Sample {
     thread_local std::vector<uint16_t> used;
     used.clear();
     uint8_t before = ' ';
+    bool afterLetter = false;  // what stands before `before` is one
     for (const char c : bytes) {
       const auto byte = static_cast<uint8_t>(c);
       if ((byte | before) >= 0x80) {
         const auto key = static_cast<uint16_t>(before << 8 | byte);
         if (table[key]++ == 0) used.push_back(key);
         counts_[byte] += byte >= 0x80;
+        inWords_[before] += before >= 0x80 && isLetter(asciiClass(byte)) && afterLetter;
       }
+      afterLetter = before < 0x80 && isLetter(asciiClass(before));
       before = byte;
     }
     for (const uint16_t key : used) {
@@ -90,14 +95,29 @@ class Sample {
     }
   }
 
+  // What speaks against a row of `languageLetters()`: fewer everyday words than in the one that has
+  // the most.
+  float wordCost(size_t language) const { return costOfWords(mostWords_ - words_[language]); }
+  // The same for scripts other than Latin, which have none.
+  float wordCostOfOthers() const { return costOfWords(mostWords_); }
+
   const std::vector<Pair>& pairs() const { return pairs_; }
   const std::vector<uint8_t>& high() const { return high_; }
   float count(uint8_t byte) const { return static_cast<float>(counts_[byte]); }
+  // How often it stands between two letters of ASCII.
+  float countInWords(uint8_t byte) const { return static_cast<float>(inWords_[byte]); }
 
  private:
+  static float costOfWords(int missing) {
+    constexpr float kWord = 1.5f, kMost = 25;
+    return std::min(kMost, kWord * static_cast<float>(missing));
+  }
+
   std::vector<Pair> pairs_;
   std::vector<uint8_t> high_;
-  std::array<uint32_t, 256> counts_{};
+  std::array<uint32_t, 256> counts_{}, inWords_{};
+  std::vector<uint16_t> words_;
+  uint16_t mostWords_;
 };
 
 // A code page with its languages.
@@ -110,6 +130,7 @@ class PageModel {
       const auto unit = table.unit(static_cast<uint8_t>(byte));
       units_[byte] = unit;
       classes_[byte] = byte < 0x80 ? asciiClass(static_cast<uint8_t>(byte)) : classOf(unit);
+      if (byte >= 0x80) inWordCosts_[byte - 0x80] = inWordCost(unit, classes_[byte]);
     }
     std::string_view rest = page.languages;
     while (!rest.empty()) {
@@ -131,16 +152,33 @@ class PageModel {
       shared += contextCost(pair) * static_cast<float>(pair.count);
       if (shared > bound) return kImpossible;
     }
+    for (const uint8_t byte : sample.high()) {
+      shared += inWordCosts_[byte - 0x80] * sample.countInWords(byte);
+    }
     float best = kImpossible;
-    for (const auto& costs : languages_) {
-      float sum = shared;
-      for (const uint8_t byte : sample.high()) sum += costs[byte - 0x80] * sample.count(byte);
+    for (const Language& language : languages_) {
+      float sum = shared + (isLatin_ ? sample.wordCost(language.row) : sample.wordCostOfOthers());
+      for (const uint8_t byte : sample.high()) {
+        sum += language.costs[byte - 0x80] * sample.count(byte);
+      }
       best = std::min(best, sum);
     }
     return best;
   }
 
  private:
+  struct Language {
+    size_t row;                    // in languageLetters()
+    std::array<float, 128> costs;  // of the bytes above 0x7F, in bits
+  };
+
+  // Quotation marks and signs stand at the edges of words, apostrophes and hyphens also inside.
+  static float inWordCost(char16_t unit, Class unitClass) {
+    constexpr std::u16string_view kInside = u"\u2019\u00B7\u00AD\u2010\u2013\u00B4";
+    if (isLetter(unitClass) || kInside.find(unit) != kInside.npos) return 0;
+    return unit == 0xA0 ? 2 : 5;
+  }
+
   void addLanguage(std::string_view name) {
     const auto letters = std::ranges::find_if(
         languageLetters(), [name](const LanguageLetters& row) { return row.language == name; });
@@ -149,7 +187,8 @@ class PageModel {
     const auto count = static_cast<float>(letters->letters.size());
     const float first = isLatin_ ? 1.5f : 3.0f;
     const float slope = isLatin_ ? std::min(0.7f, 7 / count) : 5.5f / count;
-    auto& costs = languages_.emplace_back();
+    auto& [row, costs] = languages_.emplace_back();
+    row = static_cast<size_t>(letters - languageLetters().begin());
     for (unsigned byte = 0x80; byte < 256; ++byte) {
       const char16_t unit = units_[byte];
       const auto lower = static_cast<char16_t>(u_tolower(unit));
@@ -198,7 +237,8 @@ class PageModel {
   bool isLatin_ = true;
   std::array<char16_t, 256> units_;
   std::array<Class, 256> classes_;
-  std::vector<std::array<float, 128>> languages_;
+  std::array<float, 128> inWordCosts_;
+  std::vector<Language> languages_;
 };
 
 const std::vector<PageModel>& pageModels() {
@@ -226,7 +266,7 @@ std::vector<NSStringEncoding> guessEncodings(std::string_view bytes,
   };
   const Sample sample(bytes);
   for (const PairModel& model : pairModels()) {
-    add(model.encoding(), model.cost(bytes.substr(0, kSample)));
+    add(model.encoding(), model.cost(bytes.substr(0, kSample)) + sample.wordCostOfOthers());
   }
   for (const PageModel& model : pageModels()) {
     add(model.encoding(), model.cost(sample, best * 1.5f + 100));

@@ -71,6 +71,8 @@ constexpr EncodingRow kRows[] = {
     {0x80000506, u"Arabic (Windows)", windows, "windows-1256"},
     {0x80000507, u"Baltic (Windows)", windows, "windows-1257"},
     {0x80000508, u"Vietnamese (Windows)", windows, "windows-1258"},
+    {0x80000510, u"Korean (Windows Johab)", system, "JOHAB"},
+    {0x80000628, u"Japanese (Shift JIS X0213)", system, "SHIFT_JISX0213"},
     {0x80000631, u"Chinese (GBK)", pairs, "windows-936"},
     {0x80000632, u"Chinese (GB 18030)", pairs, "gb18030"},
     {0x80000821, u"Japanese (ISO 2022-JP-2)", multi, "ISO_2022,locale=ja,version=2"},

@@ -10,7 +10,8 @@
 namespace kelspar {
 
 // How an encoding is converted. `windows` pages refuse the C1 controls that ICU gives for the bytes
-// which they leave undefined; `pairs` are mostly one or two bytes a character; `own` have a table of ours.
+// which they leave undefined; `pairs` are mostly one or two bytes a character; `own` have a table
+// of ours, `system` encodings the C library's converter, on systems that have it.
 enum class EncodingShape : uint8_t {
   ascii,
   latin1,
@@ -27,13 +28,14 @@ enum class EncodingShape : uint8_t {
   own,
   pairs,
   multi,
+  system,
 };
 
 struct EncodingRow {
   NSStringEncoding number;
   std::u16string_view name;
   EncodingShape shape;
-  const char* converter;  // ICU's name; null where there is none
+  const char* converter;  // ICU's name, or the C library's; null where there is none
 };
 
 // In the order in which the platform lists them: its own numbers first, the extended ones by

@@ -31,6 +31,8 @@ constexpr LanguageLetters kLetters[] = {
     {"tr", u"ıüşğçöâîû"},
     {"mt", u"ħġżċàòùì"},
     {"cy", u"ŵŷâôîêëïáòẁẃ"},
+    {"ga", u"áéíóú"},
+    {"ca", u"àéèíïóòúüç"},
     {"vi", u"\u0323\u0301\u0300đâôươêă\u0309\u0303áàéèóòúùíìãõ"},
     {"ru", u"оеаинтсрвлкмдпуяыьгзбчйхжшюцщэфъё"},
     {"uk", u"оанивтрсеікдлпумязьбгйчхжїшцщюєґф"},
@@ -44,17 +46,18 @@ constexpr LanguageLetters kLetters[] = {
 };
 
 // Windows pages stand for the ISO ones that they hold. What is left of the Macintosh and of DOS is
-// rare in mail.
+// rare in mail. Latin 10 has s and t with a comma where the Central European pages have them with a
+// cedilla, at the same bytes: Romanian is written with commas, so that page is hardly dearer.
 constexpr CodePageLanguages kPages[] = {
-    {12, 0, "de fr es pt it nl sv da fi is en"},
-    {0x8000020F, 3, "de fr es pt it nl sv da fi is en"},
+    {12, 0, "de fr es pt it nl sv da fi is en ca ga cy"},
+    {0x8000020F, 3, "de fr es pt it nl sv da fi is en et"},
     {30, 9, "de fr es pt it sv da is"},
     {0x80000410, 9, "de fr es pt it sv da is"},
     {15, 2, "pl cs sk hu ro hr"},
     {9, 3, "pl cs sk hu ro hr"},
     {0x80000412, 12, "pl cs sk hu ro hr"},
     {0x8000001D, 14, "pl cs sk hu hr"},
-    {0x80000210, 8, "ro"},
+    {0x80000210, 3, "ro"},
     {11, 0, "ru uk bg sr"},
     {0x80000A02, 1, "ru bg"},
     {0x80000A08, 2, "uk"},
@@ -78,7 +81,7 @@ constexpr CodePageLanguages kPages[] = {
     {0x80000508, 2, "vi"},
     {0x8000041D, 1, "th"},
     {0x80000203, 6, "mt"},
-    {0x8000020E, 4, "cy"},
+    {0x8000020E, 4, "cy ga"},
 };
 
 }  // namespace

@@ -1,7 +1,8 @@
 // Decoding and encoding by number: ASCII, Latin-1 and the Unicode forms are read and written here,
-// bytes and pairs of bytes by table, the rest by ICU.
+// bytes and pairs of bytes by table, the rest by ICU or the C library.
 #include "platform/unicode/NSStringEncoding.h"
 
+#include <algorithm>
 #include <bit>
 #include <cstring>
 #include <optional>
@@ -9,6 +10,7 @@
 
 #include "platform/foundation/utf8.h"
 #include "platform/unicode/byte_tables.h"
+#include "platform/unicode/iconv_converter.h"
 #include "platform/unicode/icu_converter.h"
 
 namespace kelspar {
@@ -93,6 +95,24 @@ NSString decodeWithICU(const EncodingRow& row, std::string_view bytes) {
   return NSString(std::move(units));
 }
 
+// Code page 1361 is Johab with a backslash where the standard has the won sign.
+constexpr NSStringEncoding kJohab = 0x80000510;
+constexpr char16_t kWon = u'\x20A9';
+
+NSString decodeWithSystem(const EncodingRow& row, std::string_view bytes) {
+  std::u16string units;
+  if (!convertWithIconv(row.converter, bytes, &units)) return nil;
+  if (row.number == kJohab) std::ranges::replace(units, kWon, u'\\');
+  return NSString(std::move(units));
+}
+
+NSData encodeWithSystem(const EncodingRow& row, std::u16string_view text) {
+  std::u16string units(text);
+  if (row.number == kJohab) std::ranges::replace(units, u'\\', kWon);
+  std::string bytes;
+  return encodeWithIconv(row.converter, units, &bytes) ? NSData(std::move(bytes)) : nil;
+}
+
 void appendUnit(char16_t unit, bool bigEndian, std::string* out) {
   const char high = static_cast<char>(unit >> 8), low = static_cast<char>(unit & 0xFF);
   out->push_back(bigEndian ? high : low);
@@ -139,6 +159,11 @@ NSData encodeByConverter(const EncodingRow& row, std::u16string_view text) {
   return encodeWithICU(row.converter, text, &bytes) ? NSData(std::move(bytes)) : nil;
 }
 
+bool isAvailable(const EncodingRow& row) {
+  if (!row.converter) return true;
+  return row.shape == Shape::system ? knownToIconv(row.converter) : knownToICU(row.converter);
+}
+
 }  // namespace
 
 NSString stringWithBytes(std::string_view bytes, NSStringEncoding encoding) {
@@ -171,6 +196,8 @@ NSString stringWithBytes(std::string_view bytes, NSStringEncoding encoding) {
       return PairTable::of(*row).decode(bytes);
     case Shape::multi:
       return decodeWithICU(*row, bytes);
+    case Shape::system:
+      return decodeWithSystem(*row, bytes);
   }
   return nil;
 }
@@ -208,6 +235,8 @@ NSData dataUsingEncoding(const NSString& text, NSStringEncoding encoding) {
     case Shape::pairs:
     case Shape::multi:
       return encodeByConverter(*row, text);
+    case Shape::system:
+      return encodeWithSystem(*row, text);
   }
   return nil;
 }
@@ -216,7 +245,7 @@ std::span<const NSStringEncoding> availableStringEncodings() {
   static const std::vector<NSStringEncoding> available = [] {
     std::vector<NSStringEncoding> numbers;
     for (const EncodingRow& row : allEncodings()) {
-      if (!row.converter || knownToICU(row.converter)) numbers.push_back(row.number);
+      if (isAvailable(row)) numbers.push_back(row.number);
     }
     return numbers;
   }();

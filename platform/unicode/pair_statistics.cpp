@@ -23,6 +23,8 @@ bool isPunctuation(char16_t unit) {
          isBetween(unit, 0xFF01, 0xFF5E) || unit == 0x30FC || unit == 0xB7;
 }
 
+bool isLatin(uint8_t byte) { return (byte | 0x20) >= 'a' && (byte | 0x20) <= 'z'; }
+
 bool isFrequent(std::u16string_view list, char16_t unit) { return list.find(unit) != list.npos; }
 
 }  // namespace
@@ -83,9 +85,11 @@ float PairModel::cost(std::string_view bytes) const {
     if (at + 1 >= size) break;
     const uint8_t cost = costs_[(lead & 0x7F) << 8 | in[at + 1]];
     if (cost != kUndefined) {
-      eighths += cost;
+      // Between two Latin letters stands a Latin letter, or two.
+      const bool isInWord = at > 0 && at + 2 < size && isLatin(in[at - 1]) && isLatin(in[at + 2]);
+      eighths += cost + (isInWord ? 6 * 8 : 0);
       at += 2;
-    } else if (table_.alone(lead) != 0) {
+    } else if (table_.alone(lead) > 0x9F) {
       eighths += 9 * 8;
       ++at;
     } else if (isFourByte_ && in[at + 1] >= 0x30 && in[at + 1] <= 0x39) {
@@ -103,13 +107,14 @@ float PairModel::cost(std::string_view bytes) const {
 
 std::span<const PairModel> pairModels() {
   using Language = PairModel::Language;
-  static const std::array<PairModel, 6> models{
+  static const std::array<PairModel, 7> models{
       PairModel(0x80000632, Language::simplified, 2, 0xB0, 0xD7),
       PairModel(0x80000A03, Language::traditional, 2, 0xA4, 0xC6),
       PairModel(0x80000A06, Language::traditional, 6, 0xA4, 0xC6),
       PairModel(NSShiftJISStringEncoding, Language::japanese, 2, 0x88, 0x97),
       PairModel(NSJapaneseEUCStringEncoding, Language::japanese, 2, 0xB0, 0xCF),
       PairModel(0x80000422, Language::korean, 2, 0xB0, 0xC8),
+      PairModel(0x80000510, Language::korean, 10, 0x88, 0xD3),
   };
   return models;
 }
