@@ -5,6 +5,7 @@
 #include <bit>
 #include <cstring>
 #include <mutex>
+#include <numeric>
 
 #include "platform/foundation/utf8.h"
 #include "platform/unicode/iconv_converter.h"
@@ -27,12 +28,19 @@ const Table& sharedTable(const EncodingRow& row, Make make) {
   return *tables[place];
 }
 
-char16_t decodeOne(const EncodingRow& row, std::string_view bytes) {
-  std::u16string units;
-  const bool valid = row.shape == EncodingShape::system
-                         ? convertWithIconv(row.converter, bytes, &units)
-                         : convertWithICU(row.converter, bytes, Malformed::stop, &units);
-  return valid && units.size() == 1 ? units[0] : utf8::kReplacement;
+// The unit of each `length` bytes; U+FFFD where they are undefined.
+std::vector<char16_t> unitsOf(const EncodingRow& row, std::string_view sequences, size_t length) {
+  std::vector<char16_t> units(sequences.size() / length);
+  const auto decode = row.shape == EncodingShape::system ? &unitsByIconv : &unitsByICU;
+  decode(row.converter, sequences, length, units.data());
+  return units;
+}
+
+// The 256 bytes in order.
+std::string allBytes() {
+  std::string bytes(256, '\0');
+  std::iota(bytes.begin(), bytes.end(), '\0');
+  return bytes;
 }
 
 char16_t ownUnit(const EncodingRow& row, unsigned byte) {
@@ -47,20 +55,19 @@ char16_t ownUnit(const EncodingRow& row, unsigned byte) {
 }
 
 // ICU's DOS pages swap three control characters; below 0x80 all but EBCDIC is ASCII.
-char16_t unitOf(const EncodingRow& row, unsigned byte) {
-  if (row.shape == EncodingShape::own) return ownUnit(row, byte);
+char16_t unitOf(const EncodingRow& row, unsigned byte, char16_t converted) {
   if (byte < 0x80 && row.shape != EncodingShape::ebcdic) return static_cast<char16_t>(byte);
-  const char text = static_cast<char>(byte);
-  const char16_t unit = decodeOne(row, {&text, 1});
-  const bool isC1 = unit >= 0x80 && unit <= 0x9F;
-  return isC1 && row.shape == EncodingShape::windows ? utf8::kReplacement : unit;
+  const bool isC1 = converted >= 0x80 && converted <= 0x9F;
+  return isC1 && row.shape == EncodingShape::windows ? utf8::kReplacement : converted;
 }
 
 }  // namespace
 
 SingleByteTable::SingleByteTable(const EncodingRow& row) {
+  const bool isOwn = row.shape == EncodingShape::own;
+  const auto converted = isOwn ? std::vector<char16_t>() : unitsOf(row, allBytes(), 1);
   for (unsigned byte = 0; byte < 256; ++byte) {
-    units_[byte] = unitOf(row, byte);
+    units_[byte] = isOwn ? ownUnit(row, byte) : unitOf(row, byte, converted[byte]);
     isAsciiBelow128_ &= byte >= 0x80 || units_[byte] == byte;
     if (units_[byte] != utf8::kReplacement) {
       bytes_.emplace_back(units_[byte], static_cast<uint8_t>(byte));
@@ -130,17 +137,21 @@ PairTable::PairTable(const EncodingRow& row) : row_(row) {
     default:
       break;
   }
+  const auto alone = unitsOf(row, allBytes(), 1);
+  constexpr size_t kFirstTrail = 0x30;
+  std::string sequences;
+  for (size_t trail = kFirstTrail; trail < 256; ++trail) sequences += {0, static_cast<char>(trail)};
   for (unsigned lead = 0; lead < 256; ++lead) {
-    char text[2] = {static_cast<char>(lead), 0};
-    singles_[lead] = lead < 0x80 ? static_cast<char16_t>(lead) : decodeOne(row, {text, 1});
+    singles_[lead] = lead < 0x80 ? static_cast<char16_t>(lead) : alone[lead];
     // The narrow sets have no C1 controls: ICU gives them for bytes that are not defined.
     const bool isC1 = singles_[lead] >= 0x80 && singles_[lead] <= 0x9F;
     if (singles_[lead] != utf8::kReplacement && !(isC1 && longer_ == Longer::none)) continue;
     singles_[lead] = 0;
-    for (unsigned trail = 0x30; trail < 256; ++trail) {
-      text[1] = static_cast<char>(trail);
-      const char16_t unit = decodeOne(row, {text, 2});
-      if (unit != utf8::kReplacement) pairs_[(lead & 0x7F) << 8 | trail] = unit;
+    for (size_t i = 0; i < sequences.size(); i += 2) sequences[i] = static_cast<char>(lead);
+    const auto units = unitsOf(row, sequences, 2);
+    for (size_t i = 0; i < units.size(); ++i) {
+      const bool isDefined = units[i] != utf8::kReplacement;
+      pairs_[(lead & 0x7F) << 8 | (kFirstTrail + i)] = isDefined ? units[i] : u'\0';
     }
   }
 }
@@ -234,18 +245,19 @@ size_t PairTable::decodeLonger(const uint8_t* in, size_t size, char16_t** out) c
 std::span<const char16_t> PairTable::longerUnits() const {
   std::call_once(longerOnce_, [this] {
     const bool isThree = longer_ == Longer::threeBytes;
-    longerUnits_.resize(isThree ? 128 * 256 : kFourByteUnits);
-    for (size_t place = 0; place < longerUnits_.size(); ++place) {
-      char text[4] = {'\x8F', static_cast<char>(0x80 | place >> 8), static_cast<char>(place), 0};
-      if (!isThree) {
-        text[0] = static_cast<char>(0x81 + place / 12'600);
-        text[1] = static_cast<char>(0x30 + place / 1'260 % 10);
-        text[2] = static_cast<char>(0x81 + place / 10 % 126);
-        text[3] = static_cast<char>(0x30 + place % 10);
+    const size_t count = isThree ? 128 * 256 : kFourByteUnits;
+    std::string sequences;
+    for (size_t place = 0; place < count; ++place) {
+      const auto add = [&](size_t byte) { sequences += static_cast<char>(byte); };
+      if (isThree) {
+        add(0x8F), add(0x80 | place >> 8), add(place & 0xFF);
+      } else {
+        add(0x81 + place / 12'600), add(0x30 + place / 1'260 % 10);
+        add(0x81 + place / 10 % 126), add(0x30 + place % 10);
       }
-      const char16_t unit = decodeOne(row_, {text, isThree ? 3u : 4u});
-      if (unit != utf8::kReplacement) longerUnits_[place] = unit;
     }
+    longerUnits_ = unitsOf(row_, sequences, isThree ? 3 : 4);
+    std::ranges::replace(longerUnits_, utf8::kReplacement, u'\0');
   });
   return longerUnits_;
 }

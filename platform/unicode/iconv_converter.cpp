@@ -4,6 +4,7 @@
 
 #include <bit>
 #include <cerrno>
+#include <cstring>
 #include <map>
 
 namespace kelspar {
@@ -71,6 +72,20 @@ bool encodeWithIconv(const char* converter, std::u16string_view text, std::strin
   return Converter::between(kUnits, converter).run(bytes, [out](std::string_view part) {
     out->append(part);
   });
+}
+
+void unitsByIconv(const char* name, std::string_view sequences, size_t length, char16_t* out) {
+  Converter& converter = Converter::between(name, kUnits);
+  for (size_t at = 0; at + length <= sequences.size(); at += length) {
+    char16_t unit = u'\0';
+    size_t count = 0;
+    const auto take = [&](std::string_view part) {
+      count += part.size();
+      if (part.size() == sizeof unit) std::memcpy(&unit, part.data(), sizeof unit);
+    };
+    const bool valid = converter.run(sequences.substr(at, length), take);
+    *out++ = valid && count == sizeof unit ? unit : u'\xFFFD';
+  }
 }
 
 bool knownToIconv(const char* converter) { return Converter::between(converter, kUnits).isOpen(); }

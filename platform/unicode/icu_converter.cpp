@@ -72,6 +72,22 @@ bool convertWithICU(const char* name, std::string_view bytes, Malformed malforme
   return U_SUCCESS(error);
 }
 
+void unitsByICU(const char* name, std::string_view sequences, size_t length, char16_t* out) {
+  UConverter* converter = converterFor(name, Malformed::stop);
+  for (size_t at = 0; at + length <= sequences.size(); at += length) {
+    char16_t units[4];
+    char16_t* target = units;
+    const char* source = sequences.data() + at;
+    UErrorCode error = converter ? U_ZERO_ERROR : U_FILE_ACCESS_ERROR;
+    if (converter) {
+      ucnv_resetToUnicode(converter);
+      ucnv_toUnicode(converter, &target, std::end(units), &source, source + length, nullptr, true,
+                     &error);
+    }
+    *out++ = U_SUCCESS(error) && target == units + 1 ? units[0] : u'\xFFFD';
+  }
+}
+
 bool encodeWithICU(const char* name, std::u16string_view text, std::string* out) {
   UConverter* converter = converterFor(name, Malformed::stop);
   if (!converter) return false;

@@ -18,6 +18,10 @@ bool convertWithICU(const char* converter, std::string_view bytes, Malformed mal
 // have.
 bool encodeWithICU(const char* converter, std::u16string_view text, std::string* out);
 
+// For each `length` bytes of `sequences` the unit that they are; U+FFFD where they are not exactly
+// one.
+void unitsByICU(const char* converter, std::string_view sequences, size_t length, char16_t* out);
+
 // Whether ICU has this converter.
 bool knownToICU(const char* converter);
 

@@ -25,7 +25,19 @@ bool isPunctuation(char16_t unit) {
 
 bool isLatin(uint8_t byte) { return (byte | 0x20) >= 'a' && (byte | 0x20) <= 'z'; }
 
-bool isFrequent(std::u16string_view list, char16_t unit) { return list.find(unit) != list.npos; }
+std::u16string_view frequentOf(PairModel::Language language) {
+  switch (language) {
+    case PairModel::Language::simplified:
+      return kFrequentSimplified;
+    case PairModel::Language::traditional:
+      return kFrequentTraditional;
+    case PairModel::Language::japanese:
+      return kFrequentKanji;
+    case PairModel::Language::korean:
+      return kFrequentHangul;
+  }
+  return {};
+}
 
 }  // namespace
 
@@ -40,32 +52,33 @@ PairModel::PairModel(NSStringEncoding encoding, Language language, float price, 
       hasThreeByte_(encoding == NSJapaneseEUCStringEncoding),
       table_(PairTable::of(rowOf(encoding))),
       costs_(128 * 256, kUndefined) {
+  std::vector<bool> isFrequent(0x10000);
+  for (const char16_t unit : frequentOf(language)) isFrequent[unit] = true;
   for (unsigned lead = 0x80; lead < 256; ++lead) {
     for (unsigned trail = 0x30; trail < 256; ++trail) {
       const char16_t unit = table_.pair(static_cast<uint8_t>(lead), static_cast<uint8_t>(trail));
       if (unit == 0) continue;
       costs_[(lead & 0x7F) << 8 | trail] =
-          static_cast<uint8_t>(costOf(static_cast<uint8_t>(lead), unit) * 8);
+          static_cast<uint8_t>(costOf(static_cast<uint8_t>(lead), unit, isFrequent[unit]) * 8);
     }
   }
 }
 
-float PairModel::costOf(uint8_t lead, char16_t unit) const {
+float PairModel::costOf(uint8_t lead, char16_t unit, bool isFrequent) const {
   const bool isUsual = lead >= firstLead_ && lead <= lastLead_;
   constexpr float kRare = 19;
   if (isBetween(unit, 0x80, 0x9F) || isBetween(unit, 0xE000, 0xF8FF)) return 30;
   if (isPunctuation(unit)) return 7;
   switch (language_) {
     case Language::simplified:
-      return isFrequent(kFrequentSimplified, unit) ? 8 : isUsual ? 12.5f : kRare;
     case Language::traditional:
-      return isFrequent(kFrequentTraditional, unit) ? 8 : isUsual ? 12.5f : kRare;
+      return isFrequent ? 8 : isUsual ? 12.5f : kRare;
     case Language::japanese:
       if (isBetween(unit, 0x3041, 0x3093)) return 5.5f;
       if (isBetween(unit, 0x30A1, 0x30F6)) return 7.5f;
-      return isFrequent(kFrequentKanji, unit) ? 9 : isUsual ? 13 : kRare;
+      return isFrequent ? 9 : isUsual ? 13 : kRare;
     case Language::korean:
-      if (isFrequent(kFrequentHangul, unit)) return 8;
+      if (isFrequent) return 8;
       if (isBetween(unit, 0xAC00, 0xD7A3)) return isUsual ? 12.5f : 17;
       return kRare;
   }

@@ -24,7 +24,7 @@ class PairModel {
   [[nodiscard]] float cost(std::string_view bytes) const;
 
  private:
-  [[nodiscard]] float costOf(uint8_t lead, char16_t unit) const;
+  [[nodiscard]] float costOf(uint8_t lead, char16_t unit, bool isFrequent) const;
 
   NSStringEncoding encoding_;
   Language language_;
