@@ -58,6 +58,42 @@ size_t RTFFormatter::hash(const Paragraph& paragraph) {
                         static_cast<int32_t>(paragraph.alignment) << 8 | paragraph.outline));
 }
 
+RTFFormatter::State& RTFFormatter::changeState() {
+  if (groups_.isUntouched()) {
+    (void)numberOfLook();
+    State& saved = groups_.held();
+    if (saved.paragraph == kUnnumbered) saved.paragraph = paragraphs_.of(paragraph_);
+  }
+  return groups_.change();
+}
+
+RTFFormatter::Look& RTFFormatter::changeLook() {
+  changeState().look = kUnnumbered;
+  return look_;
+}
+
+RTFFormatter::Paragraph& RTFFormatter::changeParagraph() {
+  changeState().paragraph = kUnnumbered;
+  return paragraph_;
+}
+
+uint32_t RTFFormatter::numberOfLook() {
+  uint32_t& number = groups_.held().look;
+  if (number == kUnnumbered) number = looks_.of(look_);
+  return number;
+}
+
+void RTFFormatter::nestedTableProperties() { changeState().nestedProperties = true; }
+
+void RTFFormatter::close() {
+  settle();
+  const bool restores = !groups_.isUntouched();
+  if (!groups_.close() || !restores) return;
+  const State& state = groups_.state();
+  if (state.look != kUnnumbered) look_ = looks_[state.look];
+  if (state.paragraph != kUnnumbered) paragraph_ = paragraphs_[state.paragraph];
+}
+
 void RTFFormatter::word(int32_t word, int32_t parameter, bool isOn, RTFDestination destination) {
   if (destination == RTFDestination::picture && picture_.word(word, parameter)) return;
   if (destination == RTFDestination::colorTable && colorWord(word, parameter)) return;
@@ -77,7 +113,7 @@ void RTFFormatter::word(int32_t word, int32_t parameter, bool isOn, RTFDestinati
 bool RTFFormatter::characterWord(int32_t word, int32_t parameter, bool isOn) {
   if (word > kDirection) return false;
   settle();
-  Look& look = groups_.change().look;
+  Look& look = changeLook();
   const auto size = static_cast<int16_t>(parameter > 0 ? std::min(parameter, 3276) : 24);
   const auto raise = static_cast<int16_t>(std::clamp(parameter, -3276, 3276));
   switch (word) {
@@ -151,7 +187,7 @@ bool RTFFormatter::characterWord(int32_t word, int32_t parameter, bool isOn) {
 
 bool RTFFormatter::paragraphWord(int32_t word, int32_t parameter, bool isOn) {
   if (word > kListLevelOfParagraph) return false;
-  Paragraph& paragraph = groups_.change().paragraph;
+  Paragraph& paragraph = changeParagraph();
   switch (word) {
     case kParagraphDefault:
       paragraph = {};
@@ -232,7 +268,7 @@ bool RTFFormatter::paragraphWord(int32_t word, int32_t parameter, bool isOn) {
 }
 
 void RTFFormatter::tabStop(int32_t location) {
-  Paragraph& paragraph = groups_.change().paragraph;
+  Paragraph& paragraph = changeParagraph();
   tabs_.push_back({location, paragraph.tabs, nextTab_.alignment, nextTab_.decimal});
   paragraph.tabs = static_cast<int32_t>(tabs_.size()) - 1;
   nextTab_ = {};
@@ -287,11 +323,11 @@ void RTFFormatter::leaves(RTFDestination destination) {
 void RTFFormatter::fieldResult() {
   if (pendingLink_ == 0) return;
   settle();
-  groups_.change().look.link = std::exchange(pendingLink_, 0);
+  changeLook().link = std::exchange(pendingLink_, 0);
 }
 
 void RTFFormatter::styleText(std::u16string_view name) {
-  const Paragraph& paragraph = groups_.state().paragraph;
+  const Paragraph& paragraph = paragraph_;
   int8_t heading = headingNamed(name);
   if (heading == 0 && paragraph.outline >= 0 && paragraph.outline < 6) {
     heading = static_cast<int8_t>(paragraph.outline + 1);
@@ -300,20 +336,13 @@ void RTFFormatter::styleText(std::u16string_view name) {
 }
 
 int32_t RTFFormatter::tableDepth() const {
-  const Paragraph& paragraph = groups_.state().paragraph;
+  const Paragraph& paragraph = paragraph_;
   return std::max(paragraph.tableDepth, paragraph.inTable ? 1 : 0);
-}
-
-uint32_t RTFFormatter::numberOf(const Look& look) {
-  if (!spans_.empty() && looks_[spans_.back().look] == look) return spans_.back().look;
-  const auto [found, isNew] = numberOfLook_.try_emplace(look, static_cast<uint32_t>(looks_.size()));
-  if (isNew) looks_.push_back(look);
-  return found->second;
 }
 
 void RTFFormatter::settle() {
   if (text_.size() == settled_) return;
-  const uint32_t look = numberOf(groups_.state().look);
+  const uint32_t look = numberOfLook();
   settled_ = text_.size();
   if (!spans_.empty() && spans_.back().look == look && !spans_.back().attachment) {
     spans_.back().end = settled_;
@@ -328,7 +357,7 @@ std::shared_ptr<const NSTextAttachment> RTFFormatter::takePicture() {
 
 void RTFFormatter::attach(std::shared_ptr<const NSTextAttachment> attachment) {
   settled_ = text_.size();
-  spans_.push_back({settled_, numberOf(groups_.state().look), std::move(attachment)});
+  spans_.push_back({settled_, numberOfLook(), std::move(attachment)});
 }
 
 void RTFFormatter::paragraphEnds() {
@@ -350,7 +379,7 @@ void RTFFormatter::rowEnds(bool nested) {
 
 void RTFFormatter::endParagraph(int32_t depth) {
   settle();
-  Paragraph paragraph = groups_.state().paragraph;
+  Paragraph paragraph = paragraph_;
   paragraph.numbering = 0;
   if (numbering_.identity != 0) {
     if (numberings_.empty() || !(numberings_.back() == numbering_)) {
@@ -461,50 +490,6 @@ std::vector<NSTextRun> RTFFormatter::finish() {
   endText();
   tables_.closeBelow(0);
   return std::move(runs_);
-}
-
-std::u16string targetOfHyperlink(std::u16string_view instruction) {
-  constexpr std::u16string_view kHyperlink = u"HYPERLINK";
-  constexpr std::u16string_view kSpace = u" \t\r\n\u00A0";
-  const auto skipSpace = [&] {
-    instruction.remove_prefix(std::min(instruction.find_first_not_of(kSpace), instruction.size()));
-  };
-  skipSpace();
-  for (const char16_t c : kHyperlink) {
-    if (instruction.empty() || (instruction[0] & ~0x20) != c) return {};
-    instruction.remove_prefix(1);
-  }
-  std::u16string target, anchor;
-  bool isAnchor = false, isOther = false;
-  for (skipSpace(); !instruction.empty(); skipSpace()) {
-    std::u16string argument;
-    const char16_t first = instruction[0];
-    if (first == u'\\' && instruction.size() > 1 && instruction[1] != u'\\') {
-      isAnchor = (instruction[1] | 0x20) == u'l';
-      isOther = (instruction[1] | 0x20) == u'o' || (instruction[1] | 0x20) == u't';
-      instruction.remove_prefix(2);
-      continue;
-    }
-    const bool quoted = first == u'"' || first == u'\u201C';
-    if (quoted) instruction.remove_prefix(1);
-    while (!instruction.empty()) {
-      const char16_t c = instruction[0];
-      instruction.remove_prefix(1);
-      if (quoted ? c == u'"' || c == u'\u201D' : kSpace.find(c) != kSpace.npos) break;
-      argument += c;
-      if (c == u'\\' && !instruction.empty() && instruction[0] == u'\\') {
-        instruction.remove_prefix(1);
-      }
-    }
-    if (isAnchor) {
-      anchor = argument;
-    } else if (!isOther && target.empty()) {
-      target = argument;
-    }
-    isAnchor = isOther = false;
-  }
-  if (anchor.empty()) return target;
-  return target + u"#" + anchor;
 }
 
 }  // namespace kelspar

@@ -22,10 +22,7 @@ class RTFFormatter {
       : text_(*text), fonts_(*fonts) {}
 
   void open() { groups_.open(); }
-  void close() {
-    settle();
-    groups_.close();
-  }
+  void close();
 
   void word(int32_t word, int32_t parameter, bool isOn, RTFDestination destination);
   void setDefaultFont(int32_t font) { defaultFont_ = font; }
@@ -38,7 +35,7 @@ class RTFFormatter {
   void instruction(std::u16string_view text) { instruction_.append(text); }
   RTFPicture& picture() { return picture_; }
   void fieldResult();
-  void nestedTableProperties() { groups_.change().nestedProperties = true; }
+  void nestedTableProperties();
 
   // The text's last unit ends a paragraph, a cell, a row.
   void paragraphEnds();
@@ -78,11 +75,13 @@ class RTFFormatter {
     bool rightToLeft = false, isMultiple = false, inTable = false;
     friend bool operator==(const Paragraph&, const Paragraph&) = default;
   };
+  // What groups save and restore: numbers, so that a change in each of a million nested groups is a
+  // few bytes each.
   struct State {
-    Look look;
-    Paragraph paragraph;
+    uint32_t look = 0, paragraph = 0;  // kUnnumbered: as look_, paragraph_ stand
     bool nestedProperties = false;
   };
+  static constexpr uint32_t kUnnumbered = UINT32_MAX;
   struct Tab {
     int32_t location;
     int32_t previous;
@@ -107,9 +106,13 @@ class RTFFormatter {
   bool colorWord(int32_t word, int32_t parameter);
   [[nodiscard]] int32_t tableDepth() const;
 
+  [[nodiscard]] Look& changeLook();
+  [[nodiscard]] Paragraph& changeParagraph();
+  [[nodiscard]] State& changeState();
+
   // Notes the look of what has been appended since the last time.
   void settle();
-  uint32_t numberOf(const Look& look);
+  uint32_t numberOfLook();
   void endParagraph(int32_t depth);
   [[nodiscard]] std::shared_ptr<NSParagraphStyle> makeStyle(const Paragraph& paragraph) const;
   [[nodiscard]] NSTextAttributes attributesOf(const Look& look) const;
@@ -118,6 +121,8 @@ class RTFFormatter {
   const std::u16string& text_;
   const RTFFontTable& fonts_;
   RTFGroups<State> groups_;
+  Look look_;
+  Paragraph paragraph_;
   int32_t defaultFont_ = 0;
 
   std::vector<std::optional<NSColor>> colors_;
@@ -137,8 +142,26 @@ class RTFFormatter {
   RTFPicture picture_;
   RTFTables tables_;
 
-  std::vector<Look> looks_;
-  std::unordered_map<Look, uint32_t, Hash<Look>> numberOfLook_;
+  // Every format that was numbered, and its number; the plain ones are number 0.
+  template <class Format>
+  class Numbers {
+   public:
+    uint32_t of(const Format& format) {
+      if (formats_[latest_] == format) return latest_;
+      const auto next = static_cast<uint32_t>(formats_.size());
+      const auto [found, isNew] = numbers_.try_emplace(format, next);
+      if (isNew) formats_.push_back(format);
+      return latest_ = found->second;
+    }
+    [[nodiscard]] const Format& operator[](uint32_t number) const { return formats_[number]; }
+
+   private:
+    std::vector<Format> formats_{Format{}};
+    std::unordered_map<Format, uint32_t, Hash<Format>> numbers_{{Format{}, 0}};
+    uint32_t latest_ = 0;
+  };
+  Numbers<Look> looks_;
+  Numbers<Paragraph> paragraphs_;
   std::vector<Span> spans_;  // of the paragraph at hand
   size_t settled_ = 0;       // units whose look is noted
   size_t paragraphStart_ = 0;

@@ -13,6 +13,11 @@ class RTFGroups {
  public:
   [[nodiscard]] const State& state() const { return state_; }
 
+  // Whether the current group has changed nothing so far: its first change saves the state.
+  [[nodiscard]] bool isUntouched() const { return opened_ > 0; }
+  // The state as it would be saved, to be written in another form of the same meaning.
+  [[nodiscard]] State& held() { return state_; }
+
   // The state, to be changed until the current group ends.
   [[nodiscard]] State& change() {
     if (opened_ > 0) {

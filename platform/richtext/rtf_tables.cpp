@@ -72,11 +72,13 @@ void RTFTables::paragraph(std::shared_ptr<NSParagraphStyle> style, int32_t depth
     open_.back().identity = ++tables_;
   }
   style->cells.resize(levels);
-  for (size_t i = 0; i < levels; ++i) {
-    Table& table = open_[i];
-    style->cells[i].table = table.identity;
-    table.entries.push_back({style, static_cast<uint32_t>(table.rows.size()), table.cell});
+  for (Table& table : open_) {
+    const auto row = static_cast<uint32_t>(table.rows.size());
+    const bool isSame = !table.entries.empty() && table.entries.back().row == row &&
+                        table.entries.back().cell == table.cell;
+    if (!isSame) table.entries.push_back({paragraphs_.size(), row, table.cell});
   }
+  paragraphs_.push_back(std::move(style));
 }
 
 void RTFTables::cellEnds(int32_t depth) {
@@ -106,16 +108,14 @@ void RTFTables::closeBelow(int32_t depth) {
     complete(open_.back(), open_.size() - 1);
     open_.pop_back();
   }
+  if (open_.empty()) paragraphs_.clear();
 }
 
-void RTFTables::complete(const Table& table, size_t depth) const {
+// The right edges of all rows' cells, each once.
+std::vector<int32_t> RTFTables::edgesOf(const Table& table) {
   std::vector<int32_t> edges;
-  size_t mostCells = 1;
   for (const Row& row : table.rows) {
     for (const Cell& cell : row) edges.push_back(cell.edge);
-  }
-  for (const Entry& entry : table.entries) {
-    mostCells = std::max<size_t>(mostCells, entry.cell + size_t{1});
   }
   std::ranges::sort(edges);
   const auto far = [last = INT32_MIN](int32_t edge) mutable {
@@ -124,6 +124,43 @@ void RTFTables::complete(const Table& table, size_t depth) const {
     return isSame;
   };
   edges.erase(std::remove_if(edges.begin(), edges.end(), far), edges.end());
+  return edges;
+}
+
+NSTextTableCell RTFTables::cellAt(const Table& table, const Entry& entry,
+                                  const std::vector<int32_t>& edges,
+                                  const std::vector<std::vector<uint32_t>>& spans,
+                                  size_t mostCells) {
+  NSTextTableCell cell;
+  cell.table = table.identity;
+  cell.row = count(entry.row);
+  cell.column = count(entry.cell);
+  cell.columns = count(std::max(mostCells, edges.size()));
+  if (entry.row >= table.rows.size()) return cell;
+  const Row& row = table.rows[entry.row];
+  if (entry.cell >= row.size()) return cell;
+  const Cell& definition = row[entry.cell];
+  const size_t first = entry.cell ? columnAt(edges, row[entry.cell - 1].edge) + 1 : 0;
+  size_t end = entry.cell + size_t{1};
+  while (!definition.merged && end < row.size() && row[end].merged) ++end;
+  const size_t last = columnAt(edges, row[end - 1].edge);
+  if (last < first) return cell;  // edges that run backwards
+  cell.column = count(first);
+  cell.columnSpan = count(last - first + 1);
+  const bool continues = definition.merged || (definition.mergedDown && entry.row > 0);
+  cell.rowSpan = continues ? 0 : count(spans[entry.row][entry.cell]);
+  cell.border = definition.border;
+  cell.background = definition.background;
+  const int32_t left = entry.cell ? row[entry.cell - 1].edge : 0;
+  cell.width = std::clamp<int64_t>(int64_t{row[end - 1].edge} - left, 0, 288000) / 20.0;
+  return cell;
+}
+
+void RTFTables::complete(const Table& table, size_t depth) const {
+  const std::vector<int32_t> edges = edgesOf(table);
+  size_t mostCells = 1;
+  for (const Entry& entry : table.entries)
+    mostCells = std::max<size_t>(mostCells, entry.cell + size_t{1});
 
   // The rows that a cell merged downwards covers, counted from below.
   std::vector<std::vector<uint32_t>> spans(table.rows.size());
@@ -139,28 +176,12 @@ void RTFTables::complete(const Table& table, size_t depth) const {
     }
   }
 
-  for (const Entry& entry : table.entries) {
-    NSTextTableCell& cell = entry.style->cells[depth];
-    cell.row = count(entry.row);
-    cell.column = count(entry.cell);
-    cell.columns = count(std::max(mostCells, edges.size()));
-    if (entry.row >= table.rows.size()) continue;
-    const Row& row = table.rows[entry.row];
-    if (entry.cell >= row.size()) continue;
-    const Cell& definition = row[entry.cell];
-    const size_t first = entry.cell ? columnAt(edges, row[entry.cell - 1].edge) + 1 : 0;
-    size_t end = entry.cell + size_t{1};
-    while (!definition.merged && end < row.size() && row[end].merged) ++end;
-    const size_t last = columnAt(edges, row[end - 1].edge);
-    if (last < first) continue;  // edges that run backwards
-    cell.column = count(first);
-    cell.columnSpan = count(last - first + 1);
-    const bool continues = definition.merged || (definition.mergedDown && entry.row > 0);
-    cell.rowSpan = continues ? 0 : count(spans[entry.row][entry.cell]);
-    cell.border = definition.border;
-    cell.background = definition.background;
-    const int32_t left = entry.cell ? row[entry.cell - 1].edge : 0;
-    cell.width = std::clamp<int64_t>(int64_t{row[end - 1].edge} - left, 0, 288000) / 20.0;
+  for (size_t i = 0; i < table.entries.size(); ++i) {
+    const Entry& entry = table.entries[i];
+    const NSTextTableCell cell = cellAt(table, entry, edges, spans, mostCells);
+    const size_t end =
+        i + 1 < table.entries.size() ? table.entries[i + 1].first : paragraphs_.size();
+    for (size_t p = entry.first; p < end; ++p) paragraphs_[p]->cells[depth] = cell;
   }
 }
 

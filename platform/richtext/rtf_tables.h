@@ -15,7 +15,7 @@ namespace kelspar {
 class RTFTables {
  public:
   // A deeper table counts as one of this depth.
-  static constexpr int32_t kDeepest = 16;
+  static constexpr int32_t kDeepest = 8;
 
   // A word of a row's definition, in a table of this depth (1: outermost); false for any other.
   // `background` is the colour that the parameter of \clcbpat stands for.
@@ -39,8 +39,9 @@ class RTFTables {
     bool firstDown = false, mergedDown = false, merged = false;
   };
   using Row = std::vector<Cell>;
+  // A cell: the paragraphs from `first` on, up to those of the next one.
   struct Entry {
-    std::shared_ptr<NSParagraphStyle> style;
+    size_t first;
     uint32_t row, cell;
   };
   struct Table {
@@ -50,10 +51,15 @@ class RTFTables {
     std::vector<Entry> entries;
   };
   void complete(const Table& table, size_t depth) const;
+  static std::vector<int32_t> edgesOf(const Table& table);
+  static NSTextTableCell cellAt(const Table& table, const Entry& entry,
+                                const std::vector<int32_t>& edges,
+                                const std::vector<std::vector<uint32_t>>& spans, size_t mostCells);
 
-  std::vector<Table> open_;       // by depth
-  std::vector<Row> definitions_;  // by depth
-  Cell next_;                     // the cell whose \cellx is to come
+  std::vector<Table> open_;                                    // by depth
+  std::vector<std::shared_ptr<NSParagraphStyle>> paragraphs_;  // of the outermost table
+  std::vector<Row> definitions_;                               // by depth
+  Cell next_;                                                  // the cell whose \cellx is to come
   uint32_t tables_ = 0;
 };
 
