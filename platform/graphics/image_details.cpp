@@ -1,5 +1,6 @@
-// Sizes from GDK-PixBuf's loaders, stopped before the first pixel; resolution and orientation from
-// the headers: PNG (pHYs), JFIF, EXIF and TIFF (the same directories), BMP.
+// Sizes from GDK-PixBuf's loaders, stopped before the first pixel; resolution
+// and orientation from the headers: PNG (pHYs), JFIF, EXIF and TIFF (the same
+// directories), BMP.
 #include "platform/graphics/image_details.h"
 
 #include <gdk-pixbuf/gdk-pixbuf.h>
@@ -67,7 +68,8 @@ class Fields {
 };
 
 void setDots(double across, double down, ImageDetails* details) {
-  constexpr double kLeast = 18, kMost = 4'800;  // beyond: scanners' mistakes and jokes
+  constexpr double kLeast = 18,
+                   kMost = 4'800;  // beyond: scanners' mistakes and jokes
   const auto isSensible = [](double dots) { return dots >= kLeast && dots <= kMost; };
   if (!isSensible(across) || !isSensible(down)) return;
   details->dotsAcross = across;
@@ -103,7 +105,8 @@ bool isFrameHeader(uint32_t marker) {
   return marker >= 0xC0 && marker <= 0xCF && marker != 0xC4 && marker != 0xC8 && marker != 0xCC;
 }
 
-// JPEG's segments up to the frame header. EXIF's resolution counts where JFIF states none.
+// JPEG's segments up to the frame header. EXIF's resolution counts where JFIF
+// states none.
 void readJPEG(std::string_view bytes, ImageDetails* details) {
   const Fields fields(bytes, true);
   bool hasDots = false;

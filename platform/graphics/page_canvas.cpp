@@ -1,5 +1,5 @@
-// Drawing with Cairo, so that text stays text: what is drawn as pictures or boxes has its
-// characters behind a blank glyph.
+// Drawing with Cairo, so that text stays text: what is drawn as pictures or
+// boxes has its characters behind a blank glyph.
 #include "platform/graphics/page_canvas.h"
 
 #include <cairo-pdf.h>
@@ -38,7 +38,8 @@ std::string creationDate() {
   return text;
 }
 
-// Printable ASCII without what link attributes are quoted with; empty for schemes not linked to.
+// Printable ASCII without what link attributes are quoted with; empty for
+// schemes not linked to.
 std::string linkTarget(const NSString& link) {
   constexpr size_t kLongest = 8'000;
   const std::string text = link.utf8();
@@ -78,7 +79,8 @@ PageCanvas::PageCanvas(const std::string& title, bool hasLinks, Write write)
   cairo_pdf_surface_set_metadata(surface_, CAIRO_PDF_METADATA_TITLE, title.c_str());
   cairo_pdf_surface_set_metadata(surface_, CAIRO_PDF_METADATA_CREATOR, "libkelspar");
   cairo_pdf_surface_set_metadata(surface_, CAIRO_PDF_METADATA_CREATE_DATE, creationDate().c_str());
-  // Links outside a document's structure would refer to one that Cairo never writes.
+  // Links outside a document's structure would refer to one that Cairo never
+  // writes.
   if (hasLinks_) cairo_tag_begin(cairo_, "Document", nullptr);
   cairo_select_font_face(cairo_, "sans-serif", CAIRO_FONT_SLANT_NORMAL, CAIRO_FONT_WEIGHT_NORMAL);
   cairo_set_font_size(cairo_, 6);
@@ -156,12 +158,13 @@ void PageCanvas::show(const GlyphRun& run, double y, bool asText) {
     }
     return;
   }
-  if (run.kind == GlyphKind::picture) cairo_show_glyphs(cairo_, cairoGlyphs(moved_), count);
+  if (run.kind == GlyphKind::picture) showBitmap(run);
   if (run.kind == GlyphKind::missing) showBox(run, moved_[0]);
   if (asText) hide(run.text, moved_[0].x, moved_[0].y);
 }
 
-// Calls cost more than glyphs: runs of one font and colour go together, over lines as well.
+// Calls cost more than glyphs: runs of one font and colour go together, over
+// lines as well.
 void PageCanvas::gather(const GlyphRun& run, double y) {
   if (gathered_.font != run.font || gathered_.color != run.color) {
     showGathered();
@@ -197,7 +200,36 @@ void PageCanvas::hide(std::string_view text, double x, double y) {
                          kForwards);
 }
 
-// A frame around the code point, two rows of digits, as terminals and browsers draw it.
+// Colour glyphs: Cairo would draw them as coarse as their size in points says.
+void PageCanvas::showBitmap(const GlyphRun& run) {
+  constexpr double kPixelsAPoint = 4, kMostPixels = 1'000;
+  cairo_text_extents_t box;
+  cairo_scaled_font_glyph_extents(run.font->scaled, cairoGlyphs(moved_),
+                                  static_cast<int>(moved_.size()), &box);
+  const double longer = std::max(box.width, box.height);
+  if (!(longer > 0)) return;
+  const double scale = std::min(kPixelsAPoint, kMostPixels / longer);
+  const double left = moved_[0].x + box.x_bearing, top = moved_[0].y + box.y_bearing;
+  cairo_surface_t* bitmap = cairo_image_surface_create(
+      CAIRO_FORMAT_ARGB32, static_cast<int>(std::ceil(box.width * scale)) + 1,
+      static_cast<int>(std::ceil(box.height * scale)) + 1);
+  cairo_t* painter = cairo_create(bitmap);
+  cairo_set_scaled_font(painter, run.font->scaled);
+  cairo_scale(painter, scale, scale);
+  cairo_translate(painter, -left, -top);
+  cairo_show_glyphs(painter, cairoGlyphs(moved_), static_cast<int>(moved_.size()));
+  cairo_destroy(painter);
+  cairo_save(cairo_);
+  cairo_translate(cairo_, left, top);
+  cairo_scale(cairo_, 1 / scale, 1 / scale);
+  cairo_set_source_surface(cairo_, bitmap, 0, 0);
+  cairo_paint(cairo_);
+  cairo_restore(cairo_);
+  cairo_surface_destroy(bitmap);
+}
+
+// A frame around the code point, two rows of digits, as terminals and browsers
+// draw it.
 void PageCanvas::showBox(const GlyphRun& run, const PageGlyph& place) {
   const double height = run.font->ascent, inset = run.width * 0.08;
   cairo_set_line_width(cairo_, std::max(0.2, height * 0.04));
@@ -239,8 +271,8 @@ void PageCanvas::show(const Picture& picture, double y) {
   cairo_transform(cairo_, &upright);
   cairo_scale(cairo_, 1.0 / stored->width, 1.0 / stored->height);
   cairo_set_source_surface(cairo_, stored->surface, 0, 0);
-  // Cairo 1.16 names an image twice among the page's resources when it is painted twice; as a
-  // pattern it has resources of its own.
+  // Cairo 1.16 names an image twice among the page's resources when it is
+  // painted twice; as a pattern it has resources of its own.
   const bool isFirst = std::ranges::find(painted_, stored->surface) == painted_.end();
   if (isFirst) {
     painted_.push_back(stored->surface);

@@ -33,6 +33,7 @@ class PageCanvas {
   void show(const Picture& picture, double y);
   void gather(const GlyphRun& run, double y);
   void showGathered();
+  void showBitmap(const GlyphRun& run);
   void showBox(const GlyphRun& run, const PageGlyph& place);
   void hide(std::string_view text, double x, double y);
   void link(const LinkArea& area, double y, double height);

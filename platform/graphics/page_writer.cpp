@@ -25,10 +25,22 @@ bool PageWriter::isBroken() const { return canvas_.isBroken(); }
 void PageWriter::add(std::vector<PageLine> lines, double y) {
   for (PageLine& line : lines) {
     bottom_ = std::max(bottom_, line.bottom);
-    lines_.push_back(std::move(line));
+    later_.push_back({count_++, std::move(line)});
+    std::ranges::push_heap(later_, isLower);
   }
   bottom_ = std::max(bottom_, y);
   while (!isBroken() && y >= pageTop_ + kPageHeight + kTolerance) endPage(false);
+}
+
+// Lines of cells side by side come one cell after the other, down to its end.
+void PageWriter::fetchLines() {
+  const double end = pageTop_ + kPageHeight;
+  while (!later_.empty() && later_.front().line.top < end) {
+    std::ranges::pop_heap(later_, isLower);
+    lines_.push_back(std::move(later_.back()));
+    later_.pop_back();
+  }
+  std::ranges::sort(lines_, {}, &Placed::order);
 }
 
 // Up until no line is cut, unless nothing would be left on the page.
@@ -39,7 +51,7 @@ double PageWriter::pageEnd() const {
   double whole = end;
   for (int moves = 0; moves < kMostMoves; ++moves) {
     double up = whole;
-    for (const PageLine& line : lines_) {
+    for (const auto& [order, line] : lines_) {
       const bool isCut = line.top < whole - kTolerance && line.bottom > whole + kTolerance;
       if (isCut && !line.mayBeCut) up = std::min(up, line.top);
     }
@@ -51,13 +63,15 @@ double PageWriter::pageEnd() const {
 }
 
 void PageWriter::endPage(bool isLast) {
+  fetchLines();
   const double end = pageEnd();
-  for (const PageLine& line : lines_) {
+  for (const auto& [order, line] : lines_) {
     if (line.top < end - kTolerance && line.bottom > pageTop_ + kTolerance) {
       canvas_.draw(line, pageTop_, end);
     }
   }
-  std::erase_if(lines_, [end](const PageLine& line) { return line.bottom <= end + kTolerance; });
+  std::erase_if(lines_,
+                [end](const Placed& placed) { return placed.line.bottom <= end + kTolerance; });
   canvas_.turnPage(isLast);
   pageTop_ = end;
 }

@@ -32,12 +32,21 @@ class PageWriter {
   [[nodiscard]] bool isBroken() const;
 
  private:
+  // A line with its place in the reading order.
+  struct Placed {
+    size_t order;
+    PageLine line;
+  };
+  static bool isLower(const Placed& a, const Placed& b) { return a.line.top > b.line.top; }
   [[nodiscard]] double pageEnd() const;
+  void fetchLines();
   void endPage(bool isLast);
 
   PageCanvas canvas_;
   bool keepsLinesWhole_;
-  std::vector<PageLine> lines_;  // that reach into the page or lie behind it
+  std::vector<Placed> lines_;  // that begin above the page's end, in reading order
+  std::vector<Placed> later_;  // a heap: the highest is the first
+  size_t count_ = 0;
   double pageTop_ = 0, bottom_ = 0;
 };
 

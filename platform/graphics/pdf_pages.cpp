@@ -64,6 +64,17 @@ class BatchQueue {
   bool isComplete_ = false, isClosed_ = false;
 };
 
+// Lets the layout go when drawing ends early, however it does.
+class CloseAtEnd {
+ public:
+  explicit CloseAtEnd(BatchQueue& queue) : queue_(queue) {}
+  CloseAtEnd(const CloseAtEnd&) = delete;
+  ~CloseAtEnd() { queue_.close(); }
+
+ private:
+  BatchQueue& queue_;
+};
+
 std::string titleFor(const NSAttributedString& text, const PDFOptions& options) {
   constexpr size_t kLongest = 120;
   const NSString string = text.string();
@@ -113,11 +124,11 @@ void writePDF(const NSAttributedString& text, const PDFOptions& options,
     });
     queue.complete();
   });
+  const CloseAtEnd close(queue);  // before the thread is waited for
   for (Batch batch; queue.take(&batch);) {
     pages.add(std::move(batch.lines), batch.y);
     if (pages.isBroken()) break;
   }
-  queue.close();
 }
 
 }  // namespace kelspar

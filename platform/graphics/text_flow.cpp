@@ -264,26 +264,26 @@ class Flow {
                  double y, std::vector<PageLine>* lines) {
     const size_t firstRow = cells.front().firstRow;
     std::vector<double> tops{y};  // of the rows, and of what follows
+    size_t settled = 0;           // rows whose top is final
+    const auto settle = [&](size_t row) {
+      for (; settled < row; ++settled)
+        tops[settled + 1] = std::max(tops[settled + 1], tops[settled]);
+    };
     std::vector<PageLine> contents;
-    for (size_t at = 0; at < cells.size(); ++at) {
-      const Cell& cell = cells[at];
-      const size_t row = cell.firstRow - firstRow;
-      while (tops.size() <= row) tops.push_back(tops.back());
+    for (const Cell& cell : cells) {
+      const size_t row = cell.firstRow - firstRow, behind = cell.lastRow - firstRow + 1;
+      tops.resize(std::max(tops.size(), behind + 1), y);
+      settle(row);
       const double left = edges[cell.column];
       const double width = edges[cell.column + cell.span] - left;
-      const double top = tops[row];
-      const double padding = std::min(kPadding, width / 4);
-      double bottom = top;
-      if (cell.place->rowSpan > 0) {
-        const double inset = insetOf(*cell.place);
-        bottom = setFlow(cell.paragraphs, depth + 1, {left + padding, width - 2 * padding},
-                         top + inset, &contents) +
-                 inset;
-      }
-      const size_t behind = cell.lastRow - firstRow + 1;
-      while (tops.size() <= behind) tops.push_back(tops.back());
-      for (size_t r = behind; r < tops.size(); ++r) tops[r] = std::max(tops[r], bottom);
+      if (cell.place->rowSpan == 0) continue;
+      const double padding = std::min(kPadding, width / 4), inset = insetOf(*cell.place);
+      const double bottom =
+          setFlow(cell.paragraphs, depth + 1, {left + padding, width - 2 * padding},
+                  tops[row] + inset, &contents);
+      tops[behind] = std::max(tops[behind], bottom + inset);
     }
+    settle(tops.size() - 1);
     for (const Cell& cell : cells) {
       const double left = edges[cell.column];
       const double top = tops[cell.firstRow - firstRow];
