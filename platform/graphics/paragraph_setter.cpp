@@ -93,23 +93,29 @@ class ParagraphSetter::Setter {
     if (end - begin > kLongestMeasured) return {kLeastOfLong, 10 * kPageWidth};
     setStyle(begin, {});
     findDirection(begin, end);
+    const double around = std::max(first_, head_) + (column_.width - right_);
+    if (!isRightToLeft_ && words_.take(units_, begin, end, &looks_)) {
+      const auto [least, most] = words_.extent();
+      return {roundedUp(least) + around, roundedUp(most) + around};
+    }
     load(begin, end);
     pango_layout_set_justify(layout_.get(), FALSE);
     pango_layout_set_width(layout_.get(), -1);
     const double most = layoutWidth();
     pango_layout_set_wrap(layout_.get(), PANGO_WRAP_WORD);
     pango_layout_set_width(layout_.get(), 0);
-    const double least = layoutWidth();
-    const double around = std::max(first_, head_) + (column_.width - right_);
-    return {least + around, most + around};
+    return {layoutWidth() + around, most + around};
   }
 
  private:
   double layoutWidth() {
     PangoRectangle box;
     pango_layout_get_extents(layout_.get(), nullptr, &box);
-    return std::ceil(pango_units_to_double(box.width) * 8) / 8;
+    return roundedUp(pango_units_to_double(box.width));
   }
+
+  // So that what is set as wide as it was measured fits.
+  static double roundedUp(double width) { return std::ceil(width * 8) / 8; }
 
   void setStyle(size_t begin, Column column) {
     static const NSParagraphStyle kPlain;

@@ -210,6 +210,17 @@ const std::vector<WordLines::Line>* WordLines::breakLines(double firstWidth, dou
   return &lines_;
 }
 
+WordLines::Extent WordLines::extent() const {
+  Extent extent{.least = 0, .most = 0};
+  double word = 0;
+  for (const Token& token : tokens_) {
+    word = token.isSpace ? 0 : word + token.shape->width;
+    extent.least = std::max(extent.least, word);
+    extent.most += token.shape->width;
+  }
+  return extent;
+}
+
 bool WordLines::canJoin(const GlyphRun& run, const GlyphRun& next, NSColor color) {
   return run.font == next.font && run.color == color && run.kind == GlyphKind::text &&
          next.kind == GlyphKind::text && !run.isBackward && !next.isBackward;

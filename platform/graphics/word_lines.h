@@ -39,6 +39,12 @@ class WordLines {
   // The lines of what was taken, as many words on each as fit; null when a word is wider than one.
   [[nodiscard]] const std::vector<Line>* breakLines(double firstWidth, double width);
 
+  // How wide what was taken is on one line, and its widest word.
+  struct Extent {
+    double least, most;
+  };
+  [[nodiscard]] Extent extent() const;
+
   // Puts a line's words into `out`, whose top, bottom and baseline are set.
   void compose(const Line& line, double x, PageLine* out);
 
