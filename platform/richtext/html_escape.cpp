@@ -99,4 +99,15 @@ void appendEscaped(std::u16string_view text, bool inAttribute, std::u16string* o
   }
 }
 
+bool isWritable(std::u16string_view text) {
+  std::u16string written;
+  for (size_t at = 0; (at = findSpecial(text, at)) < text.size();) {
+    written.clear();
+    at += appendSpecial(text.substr(at), /*inAttribute=*/true, &written);
+    if (written == u"\uFFFD" || written == u" " || written == u"\t" || written == u"\f")
+      return false;
+  }
+  return true;
+}
+
 }  // namespace kelspar::html

@@ -11,4 +11,7 @@ namespace kelspar::html {
 // surrogates become U+FFFD. Linear; text without such units is copied in blocks.
 void appendEscaped(std::u16string_view text, bool inAttribute, std::u16string* out);
 
+// Whether every unit would stand as it is: no control, line end, noncharacter or lone surrogate.
+[[nodiscard]] bool isWritable(std::u16string_view text);
+
 }  // namespace kelspar::html

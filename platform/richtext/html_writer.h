@@ -16,7 +16,8 @@ namespace kelspar {
 // nil for nil. Linear in the text, its runs and its images.
 [[nodiscard]] NSString htmlFromAttributedString(const NSAttributedString& text);
 
-// Whether text may be linked to this: one of the schemes above, or a place in the document ("#").
+// Whether text may be linked to this: one of the schemes above, or a place in the document ("#"),
+// without controls, line ends and what is no character.
 [[nodiscard]] bool isSafeLink(std::u16string_view link);
 
 }  // namespace kelspar

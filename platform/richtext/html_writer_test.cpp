@@ -219,8 +219,9 @@ TEST(SafeLinks, AreOfFewSchemes) {
        {u"http://a", u"HTTPS://a", u"mailto:a", u"tel:1", u"ftp://a", u"cid:a", u"#a"}) {
     EXPECT_TRUE(isSafeLink(link));
   }
-  for (const char16_t* link : {u"", u"a", u"javascript:x", u" http://a", u"data:text/html,x",
-                               u"file:///etc", u"java\nscript:", u"//a"}) {
+  for (const char16_t* link :
+       {u"", u"a", u"javascript:x", u" http://a", u"data:text/html,x", u"file:///etc",
+        u"java\nscript:", u"//a", u"http://a/\n", u"http://a\x01/", u"http://a/ "}) {
     EXPECT_FALSE(isSafeLink(link));
   }
 }

@@ -25,6 +25,7 @@ bool startsWithScheme(std::u16string_view link, std::u16string_view scheme) {
 }  // namespace
 
 bool isSafeLink(std::u16string_view link) {
+  if (!html::isWritable(link) || link.ends_with(u' ')) return false;
   if (link.starts_with(u'#')) return true;
   return std::ranges::any_of(kSchemes, [&](auto scheme) { return startsWithScheme(link, scheme); });
 }
