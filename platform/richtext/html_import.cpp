@@ -4,6 +4,7 @@
 
 #include <algorithm>
 
+#include "platform/foundation/scan.h"
 #include "platform/richtext/html_attributes.h"
 #include "platform/richtext/html_white_space.h"
 
@@ -253,8 +254,8 @@ void Import::startElement(const Token& token) {
 
 // What the element's attributes and the style sheets declare for it.
 void Import::readDeclarations(Tag tag) {
-  declarations_ = Declarations();
-  ancestry_ = {};
+  declarations_.clear();
+  if (!sheet_.isEmpty()) ancestry_ = {};
   const auto attributes = tokens_.attributes();
   if (attributes.empty() && sheet_.isEmpty()) return;
   const Attribute *style = nullptr, *classes = nullptr, *identifier = nullptr;
@@ -284,7 +285,7 @@ void Import::readDeclarations(Tag tag) {
                 identifier ? identifier->raw : std::u16string_view()});
   }
   if (!style) return;
-  if (style->raw.find(u'&') == style->raw.npos) {
+  if (scan::findAny(style->raw, 0, u'&') == style->raw.size()) {
     parseDeclarations(style->raw, !looks_, &declarations_);
   } else {
     parseDeclarations(style->value(), !looks_, &declarations_);

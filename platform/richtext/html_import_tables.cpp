@@ -69,7 +69,7 @@ bool Import::startTablePart(Tag tag) {
     popAbove(elements_.last(Tag::tr));
   } else {
     popAbove(section());
-    declarations_ = Declarations();
+    declarations_.clear();
     ancestry_ = {};
     if (!sheet_.isEmpty()) applySheet({Tag::tr, {}, {}});
     openPart(Tag::tr, /*isImplied=*/true);

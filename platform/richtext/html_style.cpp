@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <iterator>
+#include <utility>
 
 #include "platform/foundation/scan.h"
 #include "platform/richtext/html_colors.h"
@@ -499,42 +500,120 @@ void parseDeclaration(Text text, bool layoutOnly, Declarations* to) {
 
 }  // namespace
 
+void Declarations::take(Property property, const Declarations& other) {
+  switch (property) {
+    case Property::display:
+      display = other.display;
+      return;
+    case Property::visibility:
+      visible = other.visible;
+      return;
+    case Property::whiteSpace:
+      whiteSpace = other.whiteSpace;
+      return;
+    case Property::marginTop:
+      marginTop = other.marginTop;
+      return;
+    case Property::marginBottom:
+      marginBottom = other.marginBottom;
+      return;
+    case Property::height:
+      noHeight = other.noHeight;
+      return;
+    case Property::overflow:
+      clipped = other.clipped;
+      return;
+    case Property::opacity:
+      transparent = other.transparent;
+      return;
+    case Property::listStyle:
+      listStyle = other.listStyle;
+      return;
+    case Property::marginLeft:
+      marginLeft = other.marginLeft;
+      return;
+    case Property::marginRight:
+      marginRight = other.marginRight;
+      return;
+    case Property::paddingTop:
+      paddingTop = other.paddingTop;
+      return;
+    case Property::paddingBottom:
+      paddingBottom = other.paddingBottom;
+      return;
+    case Property::textIndent:
+      textIndent = other.textIndent;
+      return;
+    case Property::fontFamily:
+      fontFamily = other.fontFamily;
+      return;
+    case Property::fontSize:
+      fontSize = other.fontSize;
+      return;
+    case Property::fontWeight:
+      bold = other.bold;
+      return;
+    case Property::fontStyle:
+      italic = other.italic;
+      return;
+    case Property::color:
+      color = other.color;
+      return;
+    case Property::background:
+      background = other.background;
+      return;
+    case Property::decoration:
+      underline = other.underline;
+      strikethrough = other.strikethrough;
+      return;
+    case Property::verticalAlign:
+      superscript = other.superscript;
+      baselineOffset = other.baselineOffset;
+      return;
+    case Property::textAlign:
+      textAlign = other.textAlign;
+      return;
+    case Property::lineHeight:
+      lineHeight = other.lineHeight;
+      leastLineHeight = other.leastLineHeight;
+      return;
+    case Property::direction:
+      rightToLeft = other.rightToLeft;
+      return;
+    case Property::width:
+      width = other.width;
+      return;
+    case Property::imageHeight:
+      imageHeight = other.imageHeight;
+      return;
+    case Property::firstLine:
+      firstLine = other.firstLine;
+      return;
+    case Property::tabStops:
+      tabStops = other.tabStops;
+      return;
+    case Property::border:
+      border = other.border;
+      return;
+    case Property::count:
+      return;
+  }
+}
+
+// Far cheaper than a new value: a tag declares few of them, and most none.
+void Declarations::clear() {
+  static const Declarations kNone;
+  for (uint32_t left = std::exchange(set, 0); left != 0; left &= left - 1) {
+    take(static_cast<Property>(__builtin_ctz(left)), kNone);
+  }
+  important = 0;
+}
+
 void Declarations::add(const Declarations& other) {
   const uint32_t taken = other.set & ~(important & ~other.important);
-  const auto take = [taken](Property property) { return taken >> static_cast<int>(property) & 1; };
-  if (take(Property::display)) display = other.display;
-  if (take(Property::visibility)) visible = other.visible;
-  if (take(Property::whiteSpace)) whiteSpace = other.whiteSpace;
-  if (take(Property::marginTop)) marginTop = other.marginTop;
-  if (take(Property::marginBottom)) marginBottom = other.marginBottom;
-  if (take(Property::height)) noHeight = other.noHeight;
-  if (take(Property::overflow)) clipped = other.clipped;
-  if (take(Property::opacity)) transparent = other.transparent;
-  if (take(Property::listStyle)) listStyle = other.listStyle;
-  if (take(Property::marginLeft)) marginLeft = other.marginLeft;
-  if (take(Property::marginRight)) marginRight = other.marginRight;
-  if (take(Property::paddingTop)) paddingTop = other.paddingTop;
-  if (take(Property::paddingBottom)) paddingBottom = other.paddingBottom;
-  if (take(Property::textIndent)) textIndent = other.textIndent;
-  if (take(Property::fontFamily)) fontFamily = other.fontFamily;
-  if (take(Property::fontSize)) fontSize = other.fontSize;
-  if (take(Property::fontWeight)) bold = other.bold;
-  if (take(Property::fontStyle)) italic = other.italic;
-  if (take(Property::color)) color = other.color;
-  if (take(Property::background)) background = other.background;
-  if (take(Property::decoration)) underline = other.underline;
-  if (take(Property::decoration)) strikethrough = other.strikethrough;
-  if (take(Property::verticalAlign)) superscript = other.superscript;
-  if (take(Property::verticalAlign)) baselineOffset = other.baselineOffset;
-  if (take(Property::textAlign)) textAlign = other.textAlign;
-  if (take(Property::lineHeight)) lineHeight = other.lineHeight;
-  if (take(Property::direction)) rightToLeft = other.rightToLeft;
-  if (take(Property::lineHeight)) leastLineHeight = other.leastLineHeight;
-  if (take(Property::width)) width = other.width;
-  if (take(Property::imageHeight)) imageHeight = other.imageHeight;
-  if (take(Property::firstLine)) firstLine = other.firstLine;
-  if (take(Property::tabStops)) tabStops = other.tabStops;
-  if (take(Property::border)) border = other.border;
+  for (uint32_t left = taken; left != 0; left &= left - 1) {
+    take(static_cast<Property>(__builtin_ctz(left)), other);
+  }
   set |= taken;
   important |= other.important & taken;
 }

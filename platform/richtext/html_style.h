@@ -90,6 +90,10 @@ struct Declarations {
   [[nodiscard]] bool has(Property property) const { return set >> static_cast<int>(property) & 1; }
   // Takes over what `other` declares, unless it is declared important here.
   void add(const Declarations& other);
+  // Nothing is declared.
+  void clear();
+  // Takes over one property as `other` has it, declared or not.
+  void take(Property property, const Declarations& other);
   // Nothing of the element is shown.
   [[nodiscard]] bool hides() const;
 };

@@ -203,6 +203,10 @@ Tag tagNamed(std::u16string_view name) {
 
 std::u16string_view nameOf(Tag tag) { return kRows[static_cast<size_t>(tag)].name; }
 
-uint32_t traitsOf(Tag tag) { return kRows[static_cast<size_t>(tag)].traits; }
+constexpr std::array<uint32_t, std::size(kRows)> kTraitsOfTags = [] {
+  std::array<uint32_t, std::size(kRows)> traits{};
+  for (size_t i = 0; i < std::size(kRows); ++i) traits[i] = kRows[i].traits;
+  return traits;
+}();
 
 }  // namespace kelspar::html

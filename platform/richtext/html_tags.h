@@ -1,6 +1,8 @@
 // The elements of HTML by name, and what the rules want to know of each. Internal to the library.
 #pragma once
 
+#include <array>
+#include <cstddef>
 #include <cstdint>
 #include <string_view>
 
@@ -47,7 +49,8 @@ enum class Tag : uint16_t {
 [[nodiscard]] Tag tagNamed(std::u16string_view name);
 // Lower case; empty for none and unknown.
 [[nodiscard]] std::u16string_view nameOf(Tag tag);
-[[nodiscard]] uint32_t traitsOf(Tag tag);
+extern const std::array<uint32_t, static_cast<size_t>(Tag::count) + 1> kTraitsOfTags;
+[[nodiscard]] inline uint32_t traitsOf(Tag tag) { return kTraitsOfTags[static_cast<size_t>(tag)]; }
 
 inline bool has(Tag tag, uint32_t traits) { return (traitsOf(tag) & traits) != 0; }
 
