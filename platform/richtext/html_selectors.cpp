@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "platform/richtext/html_style_values.h"
+
 namespace kelspar::html {
 
 namespace {
@@ -57,12 +59,6 @@ bool isPage(const Compound& compound) {
          compound.identifier.empty();
 }
 
-Text trimmed(Text text) {
-  skipSpace(&text);
-  while (!text.empty() && isSpace(text.back())) text.remove_suffix(1);
-  return text;
-}
-
 }  // namespace
 
 std::u16string_view takeClass(std::u16string_view* classes) {
@@ -76,7 +72,7 @@ std::u16string_view takeClass(std::u16string_view* classes) {
 
 bool Compound::matches(const Subject& subject) const {
   if (tag != Tag::none && tag != subject.tag) return false;
-  if (!identifier.empty() && trimmed(subject.identifier) != identifier) return false;
+  if (!identifier.empty() && values::trimmed(subject.identifier) != identifier) return false;
   return std::ranges::all_of(classes, [&](const std::u16string& wanted) {
     Text rest = subject.classes;
     for (Text word = takeClass(&rest); !word.empty(); word = takeClass(&rest)) {

@@ -3,20 +3,14 @@
 #include <algorithm>
 
 #include "platform/foundation/scan.h"
+#include "platform/richtext/html_style_values.h"
 
 namespace kelspar::html {
 
 namespace {
 
-using Text = std::u16string_view;
-
-bool isSpace(char16_t c) { return c <= u' '; }
-
-Text trimmed(Text text) {
-  while (!text.empty() && isSpace(text.front())) text.remove_prefix(1);
-  while (!text.empty() && isSpace(text.back())) text.remove_suffix(1);
-  return text;
-}
+using values::Text;
+using values::trimmed;
 
 // The text without "/* ... */", "<!--" and "-->".
 std::u16string withoutComments(Text css) {
