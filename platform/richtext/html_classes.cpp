@@ -118,7 +118,7 @@ double boundedSize(double size) { return std::clamp(size, 0.5, 1000.0); }
 std::u16string safeFamily(std::u16string_view family) {
   std::u16string name;
   for (const char16_t c : family) {
-    constexpr std::u16string_view kUnsafe = u"'\"\\<>&;{}";
+    constexpr std::u16string_view kUnsafe = u"'\"\\<>&;{}*";
     if (c >= 0x20 && c < 0xD800 && (c < 0x7F || c > 0x9F) && kUnsafe.find(c) == kUnsafe.npos) {
       name += c;
     }

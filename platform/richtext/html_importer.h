@@ -1,17 +1,19 @@
 // Reads HTML into text, or into text with attributes. Internal to the library.
 //
-// One pass over the tokens, no tree, no recursion: linear in the input, whatever it nests. Nothing
-// is ever fetched. Both entries give the same characters, but that a <br> inside a paragraph is
-// U+2028 in attributed text and LF in plain text; where there are images, attributed text
-// holds a U+FFFC for each, and the white space and markers around it, and plain text nothing.
+// One pass over the tokens, no tree, no recursion: linear in the input, whatever it nests. A page
+// with style elements behind what they style is passed twice. Nothing is ever fetched. Both entries
+// give the same characters, but that a <br> inside a paragraph is U+2028 in attributed text and LF
+// in plain text; where there are images, attributed text holds a U+FFFC for each, and the white
+// space around it, and plain text nothing.
 //
 // The text is what a browser's innerText gives of the page, with scripting off:
 // - white space collapses, but in <pre> and under "white-space"; <br> ends a line, a block stands
 //   on lines of its own, a <p> has a blank line around it unless its margin there is 0;
-// - the cells of a row are separated by tabs, the items of a list begin with marker and tab;
+// - the cells of a row are separated by tabs and each row ends its line, but in tables made for
+//   layout empty ones leave nothing; the items of a list begin with marker and tab;
 // - what is not displayed is left out: head, scripts, styles, templates, comments, the "hidden"
-//   attribute, "display: none", "visibility: hidden", "opacity: 0", no height with hidden overflow,
-//   in style attributes and through simple selectors of the style elements read so far;
+//   attribute, "display: none", "opacity: 0", no height with hidden overflow, and text under
+//   "visibility: hidden" and "font-size: 0", in style attributes and through style elements;
 // - text that strays between the parts of a table stands in front of it.
 #pragma once
 

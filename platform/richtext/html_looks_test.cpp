@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "platform/richtext/html_importer.h"
+#include "platform/richtext/html_markers.h"
 
 namespace kelspar {
 namespace {
@@ -128,6 +129,13 @@ constexpr Row kRows[] = {
      "[indent=30 list=disc]\u2022\ta\n[indent=60 list=disc list=decimal]1.\tb"},
     {"Cells", "<table><tr><td bgcolor=#ff0000>a<td>b<tr><th>c</table>",
      "[cell=0,0/2#FF0000]a\t[cell=0,1/2]b\n[bold center cell=1,0/2]c"},
+    {"CellsBesideOnesThatReachDown",
+     "<table><tr><td rowspan=2>a<td colspan=2>b<tr><td>c<td>d<tr><td>e</table>",
+     "[cell=0,0/3]a\t[cell=0,1/3]b\n[cell=1,1/3]c\t[cell=1,2/3]d\n[cell=2,0/3]e"},
+    {"CellsOfOurWriter", "<table><tr><td data-column=2>a<td hidden data-covered>b</table>",
+     "[cell=0,2/4]a\t[cell=0,3/4]b"},
+    {"EmptyCells", "<table><tr><td bgcolor=red><td>a</table>",
+     "[cell=0,0/2#FF0000]\t[cell=0,1/2]a"},
     {"BodyColors", "<body text=blue style='font-size:10pt'>a", "[size=10 color=#0000FF]a"},
     {"RemoteImage", "a<img src=https://example.org/a.png>b",
      "a[image=https://example.org/a.png,,0]\uFFFC[]b"},
@@ -149,6 +157,26 @@ TEST_P(HTMLLooks, Are) {
 }
 INSTANTIATE_TEST_SUITE_P(Rows, HTMLLooks, testing::ValuesIn(kRows),
                          [](const auto& row) { return std::string(row.param.name); });
+
+// What the writer asks of a list is what the importer shows.
+TEST(Markers, TellTheirNumbers) {
+  for (const std::u16string_view style :
+       {u"decimal", u"lower-alpha", u"upper-alpha", u"lower-roman", u"upper-roman"}) {
+    for (int32_t value = 1; value < 4500; ++value) {
+      const std::u16string marker = html::markerText(style, value);
+      const int32_t read = html::valueOfMarker(style, marker);
+      const bool isShort = marker.size() <= 9;  // longer ones stay text
+      ASSERT_EQ(read, isShort ? value : 0) << NSString(marker);
+    }
+  }
+  EXPECT_EQ(html::valueOfMarker(u"decimal", u"\u2022\t"), 0);
+  EXPECT_EQ(html::valueOfMarker(u"decimal", u"01.\t"), 0);
+  EXPECT_EQ(html::valueOfMarker(u"decimal", u"1)\t"), 0);
+  EXPECT_EQ(html::valueOfMarker(u"lower-alpha", u"B.\t"), 0);
+  EXPECT_EQ(html::valueOfMarker(u"lower-roman", u"iiii.\t"), 0);
+  EXPECT_NE(html::valueOfMarker(u"disc", u"\u2022\t"), 0);
+  EXPECT_EQ(html::valueOfMarker(u"none", u""), 0);
+}
 
 TEST(AttributedFromHTML, NilStaysNil) {
   EXPECT_FALSE(attributedTextFromHTML(NSString()));

@@ -4,7 +4,8 @@
 // What HTML cannot say is left out of the comparison, and nothing else:
 // - characters that HTML forbids and lone surrogates are U+FFFD, links of other schemes are none;
 // - lists and tables keep their order, not their numbers; a list that other text interrupts is two;
-// - a row that is cut off, with other text behind it, is left alone;
+// - text that is raised and superscript is superscript; a line has its start's paragraph style;
+// - cells and rows that are cut off, with other text behind them, are left alone;
 // - a line's or a cell's end has its paragraph's style only: it is not seen;
 // - so has an item's marker: the list that shows it has the item's look.
 #pragma once
@@ -34,19 +35,22 @@ class Comparable {
     for (size_t i = 0; i < units_.size(); ++i) {
       if (isForbidden(i)) units_[i] = u'\uFFFD';
     }
+    std::ranges::replace(units_, u'\r', u'\u2028');
+    joinLines();
   }
 
-  // Whether rows end where their lines do: a cell that is the last one of its row but ends in a tab
-  // (the row is cut off, and other text goes on behind it) cannot be said in HTML.
+  // Whether cells of one row are separated by tabs, and rows end their lines. RTF that is cut off
+  // in the middle has other texts, which HTML cannot say.
   [[nodiscard]] bool hasWholeRows() const {
     for (size_t i = 0; i + 1 < units_.size(); ++i) {
-      if (units_[i] != u'\t' || !isEnd(i)) continue;
+      if (lookOf_[i] == lookOf_[i + 1]) continue;
       const auto& cells = style(look(i)).cells;
       const auto& next = style(look(i + 1)).cells;
+      if (cells == next) continue;
       const auto [a, b] = std::ranges::mismatch(cells, next);
-      if (a == cells.end() || b == next.end() || a->table != b->table || a->row != b->row) {
-        return false;
-      }
+      const bool isSameRow =
+          a != cells.end() && b != next.end() && a->table == b->table && a->row == b->row;
+      if (units_[i] != (isSameRow ? u'\t' : u'\n')) return false;
     }
     return true;
   }
@@ -95,8 +99,24 @@ class Comparable {
     const char16_t c = units_[at];
     if (is(at, 0xD800)) return !isCharacter(at);
     if (is(at, 0xDC00)) return at == 0 || !isCharacter(at - 1);
-    if (c < 0x20) return c != u'\t' && c != u'\n' && c != u'\f';
+    if (c < 0x20) return c != u'\t' && c != u'\n' && c != u'\f' && c != u'\r';
     return (c >= 0x7F && c < 0xA0) || (c >= 0xFDD0 && c <= 0xFDEF) || c >= 0xFFFE;
+  }
+
+  // A line is a paragraph of one style, its first unit's, unless it crosses cells.
+  void joinLines() {
+    for (size_t i = 1; i < units_.size(); ++i) {
+      if (units_[i - 1] == u'\n' || lookOf_[i] == lookOf_[i - 1]) continue;
+      const auto& before = look(i - 1).paragraph;
+      if (style(look(i)) == *before || style(look(i)).cells != before->cells) continue;
+      NSTextAttributes joined = look(i);
+      joined.paragraph = before;
+      looks_.push_back(std::move(joined));
+      for (size_t j = i, old = lookOf_[i]; j < units_.size() && lookOf_[j] == old; ++j) {
+        lookOf_[j] = looks_.size() - 1;
+        if (units_[j] == u'\n') break;
+      }
+    }
   }
 
   // A line end, and the tab that ends a cell.
@@ -122,6 +142,7 @@ class Comparable {
   NSTextAttributes comparable(NSTextAttributes look) {
     if (!isSafeLink(look.link)) look.link = nil;
     const std::u16string family = safeFamily(look.font.family);
+    if (look.superscript != 0) look.baselineOffset = 0;
     look.font.size = boundedSize(look.font.size);
     look.font.family = family.empty() ? NSString() : NSString(family);
     NSParagraphStyle paragraph = style(look);

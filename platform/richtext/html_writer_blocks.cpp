@@ -113,6 +113,7 @@ void BlockWriter::item(Paragraph* paragraph) {
     text_.writeClass(name);
     out_ += u'>';
   } else {
+    ++open.next;  // it counts all the same
     text_.writeClass(name.empty() ? u"n" : u"n " + name);
     out_ += u'>';
     paragraph->marker = marker;
@@ -143,7 +144,9 @@ bool BlockWriter::enterLists(const NSParagraphStyle& style) {
   for (size_t i = same; i < depth; ++i) {
     const bool isInner = i + 1 < depth;
     openList(style.lists[i], style, isInner);
-    if (isInner) out_ += u"<li class=\"n\">";
+    if (!isInner) break;
+    ++lists_.back().next;
+    out_ += u"<li class=\"n\">";
   }
   return false;
 }

@@ -186,6 +186,10 @@ constexpr Same kSame[] = {
      "e\\cell\\row\\intbl a\\par\\cell\\par\\cell\\row\\pard f"},
     {"CellsMergedAcross",
      "\\trowd\\clmgf\\cellx1000\\clmrg\\cellx2000\\cellx3000 a\\cell\\cell b\\cell\\row"},
+    {"OtherMarkersCount",
+     "{\\*\\pn\\pnlvlbody\\pndec}{\\pntext -\\tab}a\\par{\\pntext 1.\\tab}b\\par{\\pntext "
+     "2.\\tab}c"},
+    {"CommentInAFontsName", "{\\fonttbl{\\f0 A /* b */ c;}{\\f1 B;}}\\f0 a{\\f1 b}"},
     {"MarkerAtTheEnd", "{\\*\\pn\\pnlvlblt}{\\pntext\\bullet\\tab}a\\par{\\pntext\\bullet\\tab}"},
     {"LinesAroundATable", "\\par\\trowd\\cellx1000\\intbl a\\cell\\row\\pard\\par b"},
     {"TableThatIsCutOff", "\\trowd\\cellx1000\\cellx2000\\intbl a\\cell b\\cell"},
