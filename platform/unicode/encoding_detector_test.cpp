@@ -7,6 +7,7 @@
 #include <iterator>
 #include <map>
 #include <string>
+#include <vector>
 
 namespace kelspar {
 namespace {
@@ -85,6 +86,81 @@ TEST(Detecting, DamagedUTF8IsReportedAsLoss) {
   const auto found = stringEncodingForData(NSData(text + "\xD0"));
   EXPECT_EQ(found.encoding, NSUTF8StringEncoding);
   EXPECT_TRUE(found.usedLossyConversion);
+}
+
+// A line of mail in each language, under the pages that such mail comes in.
+struct Language {
+  const char* name;
+  std::u16string_view text;
+  std::vector<NSStringEncoding> pages;
+};
+const Language kLanguages[] = {
+    {"German",
+     u"Können wir uns nächste Woche treffen? Schöne Grüße aus Köln, wo es heute heiß ist.",
+     {12, 0x8000020F, 0x80000410, 30}},
+    {"French",
+     u"Merci pour votre réponse, je serai là à midi pour le déjeuner avec les élèves.",
+     {12, 0x80000410, 30}},
+    {"Spanish",
+     u"Mañana por la mañana te enviaré la información que pediste sobre el avión.",
+     {12, 0x80000410, 30}},
+    {"Danish", u"Tak for brevet, vi ses på søndag når færgen er kommet til øen.", {12, 0x80000410}},
+    {"Icelandic",
+     u"Það er ekki hægt að koma í dag, en ég hringi á morgun þegar ég er heima.",
+     {12}},
+    {"Polish",
+     u"Dziękuję za wiadomość, spotkamy się później, żeby omówić następną część książki.",
+     {15, 9, 0x80000412}},
+    {"Czech",
+     u"Děkuji za zprávu, příští týden přijedu do Prahy a můžeme si dát večeři.",
+     {15, 9, 0x80000412}},
+    {"Hungarian",
+     u"Köszönöm a levelet, a jövő héten külföldön leszek, de utána örömmel találkozom.",
+     {15, 9, 0x80000412}},
+    {"Lithuanian",
+     u"Ačiū už laišką, rytoj būsiu namie ir galėsime aptarti visą projektą.",
+     {0x80000507, 0x8000020D}},
+    {"Latvian",
+     u"Paldies par vēstuli, rīt būšu mājās un varēsim apspriest jauno grāmatu.",
+     {0x80000507, 0x8000020D}},
+    {"Turkish",
+     u"Mektubunuz için teşekkür ederim, yarın akşam görüşmek üzere, güzel günler.",
+     {14}},
+    {"Welsh",
+     u"Mae'r tŷ ger y môr ac mae'r dŵr yn oer, ond mae gan y plant ddillad cynnes.",
+     {0x8000020E}},
+    {"Russian",
+     u"Спасибо за письмо, мы приедем в понедельник утром.",
+     {11, 0x80000A02, 0x80000205, 0x8000041B, 0x80000413}},
+    {"Ukrainian",
+     u"Дякую за лист, ми приїдемо у понеділок вранці, якщо зможемо.",
+     {11, 0x80000A08, 0x80000205}},
+    {"Bulgarian", u"Благодаря за писмото, ще пристигнем в понеделник сутринта.", {11, 0x80000205}},
+    {"Greek", u"Ευχαριστώ για το γράμμα, θα φτάσουμε τη Δευτέρα το πρωί.", {13, 0x80000207}},
+    {"Hebrew", u"תודה על המכתב, נגיע ביום שני בבוקר עם כל המשפחה.", {0x80000505, 0x80000208}},
+    {"Arabic",
+     u"شكرا على الرسالة، سوف نصل يوم الاثنين في الصباح مع العائلة.",
+     {0x80000506, 0x80000206}},
+    {"Thai", u"ขอบคุณสำหรับจดหมาย เราจะไปถึงในเช้าวันจันทร์", {0x8000041D}},
+    {"Japanese", u"お手紙ありがとうございます。月曜日の朝に着きます。", {8, 3, 21}},
+    {"Korean",
+     u"편지 감사합니다. 우리는 월요일 아침에 도착합니다.",
+     {0x80000422, 0x80000510, 0x80000840}},
+    {"Simplified", u"谢谢你的来信，我们星期一早上到，请在家等我们。", {0x80000632}},
+    {"Traditional", u"謝謝你的來信，我們星期一早上到，請在家等我們。", {0x80000A03}},
+};
+
+TEST(Detecting, OneLineOfManyLanguages) {
+  for (const Language& language : kLanguages) {
+    for (const NSStringEncoding page : language.pages) {
+      const NSData data = dataUsingEncoding(NSString(language.text), page);
+      ASSERT_TRUE(data) << language.name << " " << page;
+      const auto found = stringEncodingForData(data);
+      EXPECT_EQ(found.text, NSString(language.text))
+          << language.name << " as " << localizedNameOfStringEncoding(page) << " taken for "
+          << localizedNameOfStringEncoding(found.encoding);
+    }
+  }
 }
 
 #ifdef KELSPAR_CORPUS
