@@ -165,6 +165,58 @@ TEST(TextFlow, TablesKeepToThePage) {
   EXPECT_GT(PDFFile(hostile.done()).pages(), 10);  // below each other
 }
 
+TEST(TextFlow, CellsGoOverPages) {
+  std::u16string left, right, letters;
+  for (int i = 0; i < 200; ++i) {
+    left += NSString("l" + std::to_string(i)).view();
+    left += i < 199 ? u"\n" : u"\t";
+    right += NSString("r" + std::to_string(i) + "\n").view();
+  }
+  Table table;
+  table.cell(left, {.row = 0, .column = 0, .columns = 2, .width = 200, .border = 1})
+      .cell(right, {.row = 0, .column = 1, .columns = 2, .width = 200});
+  for (const bool keeps : {false, true}) {
+    const PDFFile file(table.done(), {.keepsLinesWhole = keeps, .title = nil});
+    EXPECT_GE(file.pages(), 4);
+    for (const int i : {0, 70, 150, 199}) {
+      const auto l = file.word("l" + std::to_string(i)), r = file.word("r" + std::to_string(i));
+      EXPECT_EQ(l.page, r.page) << i;
+      EXPECT_NEAR(l.top, r.top, 2) << i;
+      EXPECT_GT(r.left, l.left + 150) << i;
+      EXPECT_LE(l.bottom, keeps ? 716 : 730) << i;
+    }
+  }
+}
+
+// Plain words come from known shapes; a soft hyphen sends the same words to Pango.
+TEST(TextFlow, PlainWordsStandWherePangoPutsThem) {
+  for (const char16_t* units :
+       {u"The office, quickly: \"fine\" waffles (again).",
+        u"\u0434\u043E\u0431\u0440\u044B\u0439 AVA To", u"caf\u00E9 na\u00EFve 1,000.50 %  x"}) {
+    const auto plain = PDFFile(text(units, {})).words();
+    const auto other = PDFFile(text(std::u16string(units) + u" \u00AD", {})).words();
+    ASSERT_GE(other.size(), plain.size());
+    for (size_t i = 0; i < plain.size(); ++i) {
+      EXPECT_EQ(plain[i].text, other[i].text);
+      EXPECT_NEAR(plain[i].left, other[i].left, 1) << plain[i].text;
+      EXPECT_NEAR(plain[i].top, other[i].top, 0.1) << plain[i].text;
+    }
+  }
+}
+
+TEST(TextFlow, PlainWordsKeepTheirLooks) {
+  NSTextAttributes bold = lookOf({});
+  bold.font.bold = true;
+  bold.underline = true;
+  NSMutableAttributedString parts(text(u"plain unbre", {}));
+  parts.append(u"akable", bold);
+  parts.append(u" end", lookOf({}));
+  const PDFFile file(parts.copy());
+  EXPECT_EQ(file.letters(), "plainunbreakableend");
+  const std::string fonts = file.output("pdffonts %");
+  EXPECT_NE(fonts.find("DejaVuSans-Bold"), std::string::npos) << fonts;
+}
+
 TEST(TextFlow, LongParagraphsHaveNoSeams) {
   // 120,000 units in six pieces: but for the last, no line could take another word.
   std::u16string words;
