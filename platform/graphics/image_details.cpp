@@ -1,6 +1,5 @@
-// Sizes from GDK-PixBuf's loaders, stopped before the first pixel; resolution
-// and orientation from the headers: PNG (pHYs), JFIF, EXIF and TIFF (the same
-// directories), BMP.
+// Sizes from GDK-PixBuf's loaders, stopped before the first pixel; resolution and orientation from
+// the headers: PNG (pHYs), JFIF, EXIF and TIFF (the same directories), BMP.
 #include "platform/graphics/image_details.h"
 
 #include <gdk-pixbuf/gdk-pixbuf.h>
@@ -157,6 +156,22 @@ void readBMP(std::string_view bytes, ImageDetails* details) {
   setDots(fields.u32(38) * kMetresAnInch, fields.u32(42) * kMetresAnInch, details);
 }
 
+// What a loader would take memory for before it sees that the file is not that long.
+bool areClaimsBearable(std::string_view bytes, std::string_view loader) {
+  const Fields fields(bytes, false);
+  if (loader == "bmp") {
+    constexpr uint32_t kLongestHeader = 124;
+    return fields.u32(14) <= kLongestHeader && fields.u32(10) <= bytes.size();
+  }
+  if (loader != "ico") return true;
+  constexpr size_t kEntrySize = 16;
+  for (size_t i = 0; i < fields.u16(4); ++i) {
+    const size_t entry = 6 + i * kEntrySize;
+    if (entry + kEntrySize > bytes.size() || fields.u32(entry + 12) > bytes.size()) return false;
+  }
+  return true;
+}
+
 }  // namespace
 
 ImageDetails imageDetailsOf(const NSData& file) {
@@ -165,6 +180,7 @@ ImageDetails imageDetailsOf(const NSData& file) {
   const ImageFormat& format = imageFormatOf(bytes);
   if (!format.loader) return {};
   const std::string_view loader = format.loader;
+  if (!areClaimsBearable(bytes, loader)) return {};
   if (loader == "jpeg") readJPEG(bytes, &details);
   if (loader == "png") readPNG(bytes, &details);
   if (loader == "bmp") readBMP(bytes, &details);

@@ -1,5 +1,5 @@
-// Drawing with Cairo, so that text stays text: what is drawn as pictures or
-// boxes has its characters behind a blank glyph.
+// Drawing with Cairo, so that text stays text: what is drawn as pictures or boxes has its
+// characters behind a blank glyph.
 #include "platform/graphics/page_canvas.h"
 
 #include <cairo-pdf.h>
@@ -38,8 +38,7 @@ std::string creationDate() {
   return text;
 }
 
-// Printable ASCII without what link attributes are quoted with; empty for
-// schemes not linked to.
+// Printable ASCII without what link attributes are quoted with; empty for schemes not linked to.
 std::string linkTarget(const NSString& link) {
   constexpr size_t kLongest = 8'000;
   const std::string text = link.utf8();
@@ -79,8 +78,7 @@ PageCanvas::PageCanvas(const std::string& title, bool hasLinks, Write write)
   cairo_pdf_surface_set_metadata(surface_, CAIRO_PDF_METADATA_TITLE, title.c_str());
   cairo_pdf_surface_set_metadata(surface_, CAIRO_PDF_METADATA_CREATOR, "libkelspar");
   cairo_pdf_surface_set_metadata(surface_, CAIRO_PDF_METADATA_CREATE_DATE, creationDate().c_str());
-  // Links outside a document's structure would refer to one that Cairo never
-  // writes.
+  // Links outside a document's structure would refer to one that Cairo never writes.
   if (hasLinks_) cairo_tag_begin(cairo_, "Document", nullptr);
   cairo_select_font_face(cairo_, "sans-serif", CAIRO_FONT_SLANT_NORMAL, CAIRO_FONT_WEIGHT_NORMAL);
   cairo_set_font_size(cairo_, 6);
@@ -163,8 +161,7 @@ void PageCanvas::show(const GlyphRun& run, double y, bool asText) {
   if (asText) hide(run.text, moved_[0].x, moved_[0].y);
 }
 
-// Calls cost more than glyphs: runs of one font and colour go together, over
-// lines as well.
+// Calls cost more than glyphs: runs of one font and colour go together, over lines as well.
 void PageCanvas::gather(const GlyphRun& run, double y) {
   if (gathered_.font != run.font || gathered_.color != run.color) {
     showGathered();
@@ -228,8 +225,7 @@ void PageCanvas::showBitmap(const GlyphRun& run) {
   cairo_surface_destroy(bitmap);
 }
 
-// A frame around the code point, two rows of digits, as terminals and browsers
-// draw it.
+// A frame around the code point, two rows of digits, as terminals and browsers draw it.
 void PageCanvas::showBox(const GlyphRun& run, const PageGlyph& place) {
   const double height = run.font->ascent, inset = run.width * 0.08;
   cairo_set_line_width(cairo_, std::max(0.2, height * 0.04));

@@ -153,6 +153,10 @@ TEST(PDFImages, TurnsPutTheFirstCornerInItsPlace) {
 TEST(PDFImages, ClaimsAreRefused) {
   const std::string claim = fileOf(KELSPAR_SOURCE_DIR "/fuzz/seeds/images/claims_much.png");
   EXPECT_FALSE(NSImage::initWithData(NSData(claim)));
+  for (const char* name : {"bmp_header_of_gigabytes.bmp", "ico_far_away.ico"}) {
+    const NSData file(fileOf(std::string(KELSPAR_SOURCE_DIR "/fuzz/seeds/images/") + name));
+    EXPECT_FALSE(file.isEmpty() || NSImage::initWithData(file)) << name;
+  }
   auto attachment = std::make_shared<NSTextAttachment>();
   attachment->contents = NSData(claim);
   attachment->width = attachment->height = 100;
