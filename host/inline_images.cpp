@@ -82,7 +82,7 @@ std::string imageType(std::string_view bytes) {
   if (bytes.starts_with("\xFF\xD8\xFF")) return "image/jpeg";
   if (bytes.starts_with("GIF8")) return "image/gif";
   if (bytes.starts_with("BM")) return "image/bmp";
-  if (bytes.starts_with("RIFF") && bytes.substr(8, 4) == "WEBP") return "image/webp";
+  if (bytes.starts_with("RIFF") && bytes.find("WEBP") == 8) return "image/webp";
   return "";
 }
 

@@ -36,9 +36,7 @@ const ImageFormat& imageFormatOf(std::string_view bytes) {
   for (const ImageFormat& format : kFormats) {
     if (bytes.starts_with(format.signature)) return format;
   }
-  const bool isWebP =
-      bytes.size() >= 12 && bytes.starts_with(kWebP.signature) && bytes.substr(8, 4) == "WEBP";
-  if (isWebP) return kWebP;
+  if (bytes.starts_with(kWebP.signature) && bytes.find("WEBP") == 8) return kWebP;
   return isSVG(bytes) ? kSVG : kNoFormat;
 }
 
