@@ -93,7 +93,7 @@ class Comparable {
       return i < units_.size() && (original_[i] & 0xFC00) == first;
     };
     const auto isCharacter = [&](size_t high) {
-      return is(high, 0xD800) && is(high + 1, 0xDC00) &&
+      return is(high, 0xD800) && is(high + 1, 0xDC00) && lookOf_[high] == lookOf_[high + 1] &&
              !((original_[high] & 0x3F) == 0x3F && (original_[high + 1] & 0x3FE) == 0x3FE);
     };
     const char16_t c = units_[at];

@@ -186,6 +186,7 @@ constexpr Same kSame[] = {
      "e\\cell\\row\\intbl a\\par\\cell\\par\\cell\\row\\pard f"},
     {"CellsMergedAcross",
      "\\trowd\\clmgf\\cellx1000\\clmrg\\cellx2000\\cellx3000 a\\cell\\cell b\\cell\\row"},
+    {"LinkedLineAtTheEnd", "{\\field{\\*\\fldinst HYPERLINK \"http://a/\"}{\\fldrslt a\\line}}"},
     {"OtherMarkersCount",
      "{\\*\\pn\\pnlvlbody\\pndec}{\\pntext -\\tab}a\\par{\\pntext 1.\\tab}b\\par{\\pntext "
      "2.\\tab}c"},

@@ -79,9 +79,12 @@ void TextWriter::writeBreak(const NSTextAttributes& attributes) {
 }
 
 void TextWriter::writeSeparator(const NSTextAttributes& attributes) {
+  const bool isLinked = attributes.link && isSafeLink(attributes.link);
+  if (isLinked) openLink(attributes);
   openLook(attributes);
   out_ += u"&#x2028;";
   closeLook(attributes);
+  if (isLinked) out_ += u"</a>";
 }
 
 void TextWriter::writeClass(std::u16string_view name) {
@@ -97,17 +100,17 @@ void TextWriter::writeLinked(std::span<const Piece> pieces) {
     size_t end = i + 1;
     while (end < pieces.size() && pieces[end].attributes->link == link) ++end;
     const bool isLinked = link && isSafeLink(link);
-    if (isLinked) openLink(pieces[i]);
+    if (isLinked) openLink(*pieces[i].attributes);
     for (; i < end; ++i) writePiece(pieces[i]);
     if (isLinked) out_ += u"</a>";
   }
 }
 
-void TextWriter::openLink(const Piece& piece) {
+void TextWriter::openLink(const NSTextAttributes& attributes) {
   out_ += u"<a href=\"";
-  appendEscaped(piece.attributes->link, /*inAttribute=*/true, &out_);
+  appendEscaped(attributes.link, /*inAttribute=*/true, &out_);
   out_ += u'"';
-  if (piece.attributes->foreground || piece.attributes->underline) writeClass(u"k");
+  if (attributes.foreground || attributes.underline) writeClass(u"k");
   out_ += u'>';
 }
 

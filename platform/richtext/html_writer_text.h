@@ -34,7 +34,7 @@ class TextWriter {
 
  private:
   void writeLinked(std::span<const Piece> pieces);
-  void openLink(const Piece& piece);
+  void openLink(const NSTextAttributes& attributes);
   void writePiece(const Piece& piece);
   void openLook(const NSTextAttributes& attributes);
   void closeLook(const NSTextAttributes& attributes);
