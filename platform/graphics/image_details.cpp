@@ -160,8 +160,10 @@ void readBMP(std::string_view bytes, ImageDetails* details) {
 bool areClaimsBearable(std::string_view bytes, std::string_view loader) {
   const Fields fields(bytes, false);
   if (loader == "bmp") {
-    constexpr uint32_t kLongestHeader = 124;
-    return fields.u32(14) <= kLongestHeader && fields.u32(10) <= bytes.size();
+    constexpr uint32_t kLongestHeader = 124, kShortHeader = 12, kMostColors = 65'536;
+    const bool hasColorCount = fields.u32(14) > kShortHeader;
+    return fields.u32(14) <= kLongestHeader && fields.u32(10) <= bytes.size() &&
+           (!hasColorCount || fields.u32(46) <= kMostColors);
   }
   if (loader != "ico") return true;
   constexpr size_t kEntrySize = 16;
