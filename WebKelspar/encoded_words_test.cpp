@@ -1,6 +1,7 @@
 // Encoded words of headers and escaped character references, against the stated expressions.
 #include <gtest/gtest.h>
 
+#include <fstream>
 #include <random>
 
 #include "WebKelspar/WebKelsparNSStringAdditions.h"
@@ -53,6 +54,19 @@ TEST(FormattingTags, EqualTheStatedSteps) {
     ASSERT_EQ(decodeHTMLFormattingTags(text), literalFormattingTags(text)) << NSString(text);
   }
 }
+
+#ifdef KELSPAR_CORPUS
+TEST(EncodedWordsCorpus, HeadersDecodeByTheStatedSteps) {
+  std::ifstream file(KELSPAR_CORPUS "/headers/encoded-words.txt");
+  size_t decoded = 0;
+  for (std::string line; std::getline(file, line);) {
+    const NSString text(line), header = decodeMimeHeader(text);
+    ASSERT_EQ(header, literalHeader(text)) << line;
+    decoded += header != text;
+  }
+  EXPECT_GT(decoded, 30u);
+}
+#endif
 
 }  // namespace
 }  // namespace kelspar::WebKelsparNSStringAdditions

@@ -6,44 +6,16 @@ with a server of the test's own on 127.0.0.1.
 import base64
 import gzip
 import http.server
-import json
 import os
-import subprocess
 import sys
 import tempfile
 import threading
 import unittest
 
+from extension_client import Extension, data
+
 EXTENSION = sys.argv.pop(1)
 MORE_THAN_FITS = (64 << 20) + 1  # bytes
-
-
-def data(content):
-    return {'$data': base64.b64encode(content).decode()}
-
-
-class Extension:
-    """The process, a request at a time."""
-
-    def __enter__(self):
-        self.process = subprocess.Popen([EXTENSION], stdin=subprocess.PIPE, stdout=subprocess.PIPE,
-                                        stderr=subprocess.DEVNULL)
-        return self
-
-    def __exit__(self, *_):
-        self.process.stdin.close()
-        self.process.wait(timeout=30)
-        self.process.stdout.close()
-
-    def answer(self, method, *arguments):
-        request = {'jsonrpc': '2.0', 'id': 1, 'method': method,
-                   'params': {'class': 'WebKelspar', 'arguments': list(arguments)}}
-        self.process.stdin.write(json.dumps(request).encode() + b'\n')
-        self.process.stdin.flush()
-        return json.loads(self.process.stdout.readline())
-
-    def value(self, method, *arguments):
-        return self.answer(method, *arguments)['result']['value']
 
 
 class Handler(http.server.BaseHTTPRequestHandler):
@@ -96,7 +68,15 @@ class Handler(http.server.BaseHTTPRequestHandler):
         pass
 
 
-class JSONFromURL(unittest.TestCase):
+class WebKelsparCase(unittest.TestCase):
+    def answer(self, method, *arguments):
+        return self.extension.of_class('WebKelspar', method, *arguments)
+
+    def value(self, method, *arguments):
+        return self.answer(method, *arguments)['result']['value']
+
+
+class JSONFromURL(WebKelsparCase):
     @classmethod
     def setUpClass(cls):
         descriptor, cls.file = tempfile.mkstemp(suffix='.json')
@@ -106,7 +86,7 @@ class JSONFromURL(unittest.TestCase):
         cls.server.daemon_threads = True
         cls.server.file = cls.file
         threading.Thread(target=cls.server.serve_forever, daemon=True).start()
-        cls.extension = Extension().__enter__()
+        cls.extension = Extension(EXTENSION).__enter__()
 
     @classmethod
     def tearDownClass(cls):
@@ -117,7 +97,7 @@ class JSONFromURL(unittest.TestCase):
 
     def fetch(self, path):
         url = path if ':' in path else 'http://127.0.0.1:%d%s' % (self.server.server_port, path)
-        return self.extension.value('getJSONArrayFromURL:', url)
+        return self.value('getJSONArrayFromURL:', url)
 
     def test_elements(self):
         self.assertEqual(self.fetch('/array'), [1, 'two', None, {'a': [True]}])
@@ -149,15 +129,15 @@ class JSONFromURL(unittest.TestCase):
             self.assertIsNone(self.fetch(path), path)
 
     def test_missing_argument(self):
-        self.assertIsNone(self.extension.value('getJSONArrayFromURL:', None))
-        self.assertEqual(self.extension.answer('getJSONArrayFromURL:', 7)['error']['code'], -32602)
-        self.assertEqual(self.extension.answer('getJSONArrayFromURL:')['error']['code'], -32602)
+        self.assertIsNone(self.value('getJSONArrayFromURL:', None))
+        self.assertEqual(self.answer('getJSONArrayFromURL:', 7)['error']['code'], -32602)
+        self.assertEqual(self.answer('getJSONArrayFromURL:')['error']['code'], -32602)
 
 
-class OverTheWire(unittest.TestCase):
+class OverTheWire(WebKelsparCase):
     @classmethod
     def setUpClass(cls):
-        cls.extension = Extension().__enter__()
+        cls.extension = Extension(EXTENSION).__enter__()
 
     @classmethod
     def tearDownClass(cls):
@@ -177,21 +157,21 @@ class OverTheWire(unittest.TestCase):
         ]
         for content, expected in rows:
             records = [{'image source': source, 'image location': at} for source, at in expected]
-            self.assertEqual(self.extension.value('imageLocationsFromRTF:', data(content)), records,
+            self.assertEqual(self.value('imageLocationsFromRTF:', data(content)), records,
                              content)
-        self.assertEqual(self.extension.value('imageLocationsFromRTF:', None), [])
+        self.assertEqual(self.value('imageLocationsFromRTF:', None), [])
 
     def test_html_from_rtf(self):
-        html = self.extension.value('htmlFromRTFData:', data(br'{\rtf1 a {\b b} <c>\par}'))
+        html = self.value('htmlFromRTFData:', data(br'{\rtf1 a {\b b} <c>\par}'))
         self.assertTrue(html.startswith('<!DOCTYPE html>\n<html>\n<head>\n<meta charset="utf-8">'))
         self.assertIn('<p>a <b>b</b> &lt;c&gt;', html)
         self.assertTrue(html.endswith('</body>\n</html>\n'))
         for content in data(b''), data(b'no RTF'), None:
-            self.assertIsNone(self.extension.value('htmlFromRTFData:', content))
+            self.assertIsNone(self.value('htmlFromRTFData:', content))
 
     def charset(self, html, size, pattern, flags=('REG_EXTENDED', 'REG_ICASE'), buffer=b'\x7f' * 8):
         regex = {'$regex': {'pattern': pattern, 'flags': list(flags)}}
-        answer = self.extension.answer('getCharset:forHTML:withSize:andPattern:', data(buffer),
+        answer = self.answer('getCharset:forHTML:withSize:andPattern:', data(buffer),
                                        data(html), size, regex)
         out = answer['result']['out']
         if out[1] is not None:  # an 8-bit string comes back as it went
