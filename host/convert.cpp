@@ -256,6 +256,9 @@ int convert(const ConvertOptions& options) {
   if (!options.pdf.attachments.empty() && (options.to == "rtf" || options.to == "json")) {
     throw Failure(kUsage, "--attachment needs --to pdf, html or text");
   }
+  if (!options.pdf.pageSize.empty() && options.to != "pdf") {
+    throw Failure(kUsage, "--page-size needs --to pdf");
+  }
   if (options.pdf.cutPages && options.to != "pdf") {
     throw Failure(kUsage, "--cut-pages needs --to pdf");
   }

@@ -18,71 +18,109 @@ namespace kelspar::host {
   return std::max(1u, std::thread::hardware_concurrency());
 }
 
+template <class Input, class Result>
+class Jobs {
+ public:
+  using Next = std::function<std::optional<Input>()>;
+  using Work = std::function<Result(const Input&)>;
+  using Sink = std::function<void(Result)>;
+
+  Jobs(const Next& next, const Work& work) : next_(next), work_(work) {}
+
+  void run(size_t jobs, const Sink& sink) {
+    mostItems_ = 4 * jobs;
+    std::vector<std::jthread> threads;
+    threads.emplace_back([this] { feed(); });
+    for (size_t i = 0; i < jobs; ++i) threads.emplace_back([this] { serve(); });
+    const Stop stop{*this};  // behind the threads: it comes before they are waited for
+    while (std::optional<Result> result = nextResult()) sink(std::move(*result));
+  }
+
+ private:
+  struct Item {
+    Input input;
+    std::optional<Result> result;
+    bool isTaken = false;
+  };
+  struct Stop {
+    Jobs& jobs;
+    ~Stop() {
+      const std::lock_guard guard(jobs.lock_);
+      jobs.isStopped_ = true;
+      jobs.changed_.notify_all();
+    }
+  };
+
+  void feed() {
+    std::unique_lock guard(lock_);
+    for (;;) {
+      changed_.wait(guard, [this] { return isStopped_ || items_.size() < mostItems_; });
+      if (isStopped_) return;
+      guard.unlock();
+      std::optional<Input> input = next_();
+      guard.lock();
+      isAtEnd_ = !input;
+      if (input) items_.push_back({std::move(*input), std::nullopt, false});
+      changed_.notify_all();
+      if (isAtEnd_) return;
+    }
+  }
+
+  void serve() {
+    std::unique_lock guard(lock_);
+    while (Item* item = nextItem(guard)) {
+      guard.unlock();
+      Result result = work_(item->input);
+      guard.lock();
+      item->result = std::move(result);
+      changed_.notify_all();
+    }
+  }
+
+  // References into a deque stay valid while its ends change. Null: there is nothing left.
+  Item* nextItem(std::unique_lock<std::mutex>& guard) {
+    for (;;) {
+      if (isStopped_) return nullptr;
+      const auto item = std::ranges::find(items_, false, &Item::isTaken);
+      if (item != items_.end()) {
+        item->isTaken = true;
+        return &*item;
+      }
+      if (isAtEnd_) return nullptr;
+      changed_.wait(guard);
+    }
+  }
+
+  std::optional<Result> nextResult() {
+    std::unique_lock guard(lock_);
+    changed_.wait(guard,
+                  [this] { return items_.empty() ? isAtEnd_ : items_.front().result.has_value(); });
+    if (items_.empty()) return {};
+    std::optional<Result> result = std::move(items_.front().result);
+    items_.pop_front();
+    changed_.notify_all();
+    return result;
+  }
+
+  const Next& next_;
+  const Work& work_;
+  size_t mostItems_ = 0;
+  std::mutex lock_;
+  std::condition_variable changed_;
+  std::deque<Item> items_;
+  bool isAtEnd_ = false, isStopped_ = false;
+};
+
 // Takes inputs from `next` until it gives none, has `work` done on each by `jobs` threads, and
-// hands the results to `sink`, on the calling thread, in order. At most a few inputs a thread are
-// on their way at a time, so memory is bounded however many there are. `work` must not throw;
-// `next` is called on the calling thread as well.
+// hands the results to `sink`, on the calling thread, in order, each as soon as it is there. At
+// most a few inputs a thread are on their way at a time, so memory is bounded however many there
+// are. `next` has a thread of its own; it and `work` must not throw. What `sink` throws ends the
+// whole, once `next` and what is being worked on have returned.
 template <class Input, class Result>
 void inOrder(size_t jobs, const std::function<std::optional<Input>()>& next,
              const std::function<Result(const Input&)>& work,
              const std::function<void(Result)>& sink) {
-  struct Item {
-    Input input;
-    std::optional<Result> result;
-    bool taken = false;
-  };
-  std::mutex lock;
-  std::condition_variable changed;
-  std::deque<Item> items;  // references into a deque stay valid while its ends change
-  bool finished = false;
-
-  const auto serve = [&] {
-    std::unique_lock guard(lock);
-    for (;;) {
-      Item* mine = nullptr;
-      for (Item& item : items) {
-        if (!item.taken) {
-          mine = &item;
-          break;
-        }
-      }
-      if (!mine) {
-        if (finished) return;
-        changed.wait(guard);
-        continue;
-      }
-      mine->taken = true;
-      guard.unlock();
-      Result result = work(mine->input);
-      guard.lock();
-      mine->result = std::move(result);
-      changed.notify_all();
-    }
-  };
-
-  std::vector<std::jthread> threads;
-  for (size_t i = 0; i < jobs; ++i) threads.emplace_back(serve);
-  bool more = true;
-  std::unique_lock guard(lock);
-  while (more || !items.empty()) {
-    while (more && items.size() < 4 * jobs && (items.empty() || !items.front().result)) {
-      guard.unlock();
-      std::optional<Input> input = next();
-      guard.lock();
-      more = input.has_value();
-      if (more) items.push_back({std::move(*input), std::nullopt, false});
-      changed.notify_all();
-    }
-    if (items.empty()) break;
-    changed.wait(guard, [&] { return items.front().result.has_value(); });
-    Result result = std::move(*items.front().result);
-    items.pop_front();
-    guard.unlock();
-    sink(std::move(result));
-    guard.lock();
-  }
-  finished = true;
-  changed.notify_all();
+  Jobs<Input, Result>(next, work).run(jobs, sink);
 }
 
 }  // namespace kelspar::host

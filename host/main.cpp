@@ -14,6 +14,7 @@
 #include "host/stream.h"
 #include "host/terminal_text_field.h"
 #include "host/time_zone.h"
+#include "platform/graphics/pdf_paper.h"
 
 namespace {
 
@@ -28,6 +29,13 @@ void addPages(CLI::App* command, ConvertOptions& options, std::vector<std::strin
       ->add_option("--attachment", attachments,
                    "CID=FILE: an image for the place where the body refers to cid:CID")
       ->allow_extra_args(false);
+  command
+      ->add_option("--page-size", options.pdf.pageSize,
+                   "With --to pdf: A3, A4, A5, B5, Letter, Legal, Tabloid or WIDTHxHEIGHT in "
+                   "millimetres, with margins")
+      ->check([](const std::string& name) -> std::string {
+        return kelspar::PDFPaper::named(kelspar::NSString(name)) ? "" : name + " is no page size";
+      });
   command->add_flag("--cut-pages", options.pdf.cutPages,
                     "With --to pdf: cut lines at page ends instead of keeping them whole");
 }
@@ -181,6 +189,7 @@ std::vector<std::string> argumentsOf(int argc, char** argv) {
 
 int main(int argc, char** argv) {
   std::signal(SIGPIPE, SIG_IGN);
+  std::signal(SIGXFSZ, SIG_IGN);  // a file that may grow no more is an error like a full device
   CLI::App app("Turns stored e-mail content into text that can be shown.", "kelspar");
   app.set_version_flag("--version", "kelspar " KELSPAR_VERSION);
   app.require_subcommand(1);

@@ -2,10 +2,13 @@
 #include "host/message_header.h"
 
 #include <cmath>
+#include <cstdlib>
+#include <cstring>
 #include <ctime>
 
 #include "BitKelspar/BitKelspar.h"
 #include "host/message_text.h"
+#include "platform/calendar/NSDateFormatter.h"
 
 namespace kelspar::host {
 
@@ -43,12 +46,27 @@ bool fieldsOf(const NSDate& date, bool utc, tm* fields) {
   return (utc ? gmtime_r(&time, fields) : localtime_r(&time, fields)) != nullptr;
 }
 
+// The locale that the environment asks dates to be in (POSIX, 8.2); empty for POSIX's own.
+std::string localeOfDates() {
+  for (const char* name : {"LC_ALL", "LC_TIME", "LANG"}) {
+    const char* value = std::getenv(name);
+    if (!value || !*value) continue;
+    const std::string locale = std::string(value).substr(0, std::strcspn(value, ".@"));
+    return locale == "C" || locale == "POSIX" ? "" : locale;
+  }
+  return "";
+}
+
 }  // namespace
 
 std::string readableDate(const NSDate& date) {
   tm fields{};
   char text[80];
   if (!fieldsOf(date, false, &fields)) return "";
+  static const std::string locale = localeOfDates();
+  if (!locale.empty()) {
+    return NSDateFormatter::fullDateLongTime(NSString(locale)).stringFromDate(date).utf8();
+  }
   return {text, strftime(text, sizeof text, "%a, %d %b %Y %H:%M:%S %z", &fields)};
 }
 

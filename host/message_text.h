@@ -9,7 +9,8 @@ struct ShowOptions {
   bool header = true;  // the header block above the body
 };
 
-// "Wed, 01 May 2024 14:00:00 +0200" in the process's time zone; "2024-05-01T12:00:00Z".
+// "Wed, 01 May 2024 14:00:00 +0200" in the process's time zone, or as the environment's locale
+// writes it; "2024-05-01T12:00:00Z". Empty for no date and for years that are damage.
 [[nodiscard]] std::string readableDate(const NSDate& date);
 [[nodiscard]] std::string isoDate(const NSDate& date);
 

@@ -68,7 +68,8 @@ std::string pdfOf(const NSAttributedString& text, const NSString& title,
                   const PDFOutputOptions& options, const std::string& name) {
   if (text.length() == 0) throw Failure(kInputFailed, name + ": has no text for a page");
   std::string document;
-  writePDF(text, {.keepsLinesWhole = !options.cutPages, .title = title},
+  const PDFPaper paper = PDFPaper::named(NSString(options.pageSize)).value_or(PDFPaper());
+  writePDF(text, {.keepsLinesWhole = !options.cutPages, .paper = paper, .title = title},
            [&document](std::string_view piece) {
              document.append(piece);
              return true;

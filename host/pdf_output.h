@@ -11,6 +11,7 @@ namespace kelspar::host {
 
 struct PDFOutputOptions {
   bool cutPages = false;                // cut lines at page ends, as the library's operation does
+  std::string pageSize;                 // as PDFPaper's names; empty: no paper
   std::vector<Attachment> attachments;  // given on the command line
 };
 

@@ -1,6 +1,7 @@
 // Lines in, records out.
 #include "host/stream.h"
 
+#include <cstdlib>
 #include <iostream>
 
 #include "MailKelspar/MailKelspar.h"
@@ -44,6 +45,16 @@ Record work(const Line& line, const StreamOptions& options) {
   }
 }
 
+// Nobody reads on: there is no more to do, and no waiting for a line that may never come.
+void writeRecord(const std::string& record) {
+  try {
+    writeOutput("", record + "\n");
+  } catch (const Failure& failure) {
+    std::cerr << "kelspar: " << failure.what() << std::endl;
+    std::_Exit(failure.status());
+  }
+}
+
 }  // namespace
 
 int stream(const StreamOptions& options) {
@@ -63,7 +74,7 @@ int stream(const StreamOptions& options) {
       [&](Record record) {
         failed += record.failed;
         ++done;
-        writeOutput("", record.text + "\n");
+        writeRecord(record.text);
       });
   if (failed == 0) return 0;
   return failed == done ? kNothingRead : kInputFailed;

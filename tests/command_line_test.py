@@ -7,6 +7,7 @@ import base64
 import json
 import os
 import pathlib
+import resource
 import subprocess
 import sys
 import tempfile
@@ -15,8 +16,9 @@ import unittest
 KELSPAR = SOURCE = None
 
 
-def run(*arguments, stdin=b''):
-    return subprocess.run([KELSPAR, *map(str, arguments)], input=stdin, capture_output=True, timeout=60)
+def run(*arguments, stdin=b'', **environment):
+    return subprocess.run([KELSPAR, *map(str, arguments)], input=stdin, capture_output=True, timeout=60,
+                          env=os.environ | {'LC_ALL': 'C'} | environment)
 
 
 class CommandLine(unittest.TestCase):
@@ -270,6 +272,21 @@ class CommandLine(unittest.TestCase):
                          'Attachments: unnamed (8.00 bytes), ../../evil.txt (3.00 bytes)\n\nHello there\n')
         self.assertEqual(run('convert', self.mail(), '--no-header').stdout, b'Hello there\n')
 
+    def test_dates_are_the_locales_and_the_zones(self):
+        for locale, zone, date in [('de_AT.UTF-8', 'Europe/Vienna', 'Dienstag, 1. April 2003 um 14:00:00 MESZ'),
+                                   ('fr_FR', 'UTC', 'mardi 1 avril 2003'), ('POSIX', 'UTC', 'Tue, 01 Apr 2003 12:'),
+                                   ('ja_JP@x', 'Asia/Tokyo', '2003年4月1日火曜日 21:00:00')]:
+            text = run('convert', self.mail(), '--timezone', zone, LC_ALL=locale).stdout.decode()
+            self.assertIn(f'Date: {date}', text)
+
+    def test_page_sizes(self):
+        for size, box in [('A4', '595.276 x 841.89'), ('letter', '612 x 792'), ('148x210', '419.528 x 595.276')]:
+            out = self.path / 'out.pdf'
+            self.assertEqual(run('convert', self.sample, '--to', 'pdf', '--page-size', size, '-o', out).returncode, 0)
+            self.assertIn(box, subprocess.run(['pdfinfo', out], capture_output=True, text=True).stdout)
+        self.assert_fails(run('convert', self.sample, '--to', 'pdf', '--page-size', 'A99'), 2, 'A99')
+        self.assert_fails(run('convert', self.sample, '--page-size', 'A4'), 2, '--to pdf')
+
     def test_message_to_html(self):
         html = run('convert', self.mail(), '--to', 'html').stdout.decode()
         self.assertIn('<p>Hello <b>there</b>', html)
@@ -340,6 +357,28 @@ class CommandLine(unittest.TestCase):
         self.assertTrue(all(r['messages'][0]['subject'] == 'caf\u00e9' for r in records[:-1]))
         self.assertIn('No such file', records[-1]['error'])
         self.assertEqual(result.returncode, 1)
+
+    def test_stream_does_not_wait_for_more(self):
+        with subprocess.Popen([KELSPAR, 'stream', '--jobs', '2'], stdin=subprocess.PIPE,
+                              stdout=subprocess.PIPE) as process:
+            for _ in range(3):
+                process.stdin.write(f'{self.mail()}\n'.encode())
+                process.stdin.flush()
+                self.assertEqual(json.loads(process.stdout.readline())['messages'][0]['subject'], 'café')
+            process.stdout.close()
+            process.stdin.write(f'{self.mail()}\n'.encode())
+            process.stdin.flush()
+            self.assertEqual(process.wait(10), 4)
+
+    def test_files_that_do_not_fit_are_not_left_behind(self):
+        limit = lambda: resource.setrlimit(resource.RLIMIT_FSIZE, (4, 4))
+        for option in ('-o', '--output-dir', '--extract-attachments'):
+            place = self.path / 'out'
+            result = subprocess.run([KELSPAR, 'convert', self.mail(), option, place], capture_output=True,
+                                    preexec_fn=limit)
+            self.assertEqual(result.returncode, 4)
+            self.assertIn(b'cannot be written', result.stderr)
+            self.assertEqual([p for p in self.path.rglob('*') if p.is_file() and p.name != 'a.eml'], [])
 
     def test_stream_of_base64(self):
         line = base64.b64encode(self.MAIL) + b'\n'

@@ -17,6 +17,8 @@ class NSDateFormatter {
   NSDateFormatter(const NSString& pattern, const NSString& locale, const NSString& timeZone = nil);
   // Medium date and short time in the process's locale and time zone.
   [[nodiscard]] static NSDateFormatter mediumDateShortTime();
+  // Full date and long time, with the zone's name, as the locale writes them.
+  [[nodiscard]] static NSDateFormatter fullDateLongTime(const NSString& locale);
 
   // nil for nil and for text that does not parse from its first unit to its last.
   [[nodiscard]] NSDate dateFromString(const NSString& text) const;

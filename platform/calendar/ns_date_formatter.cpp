@@ -15,8 +15,9 @@ namespace kelspar {
 
 namespace {
 
-// Stands for the medium date and short time style; no pattern can be this.
-constexpr const char16_t* kStyle = u"\uFFFF";
+// Stand for styles: medium date and short time, full date and long time. No pattern can be these.
+constexpr const char16_t* kMediumShort = u"\uFFFF";
+constexpr const char16_t* kFullLong = u"\uFFFE";
 
 icu::UnicodeString icuText(const NSString& text) {
   return {false, text.view().data(), static_cast<int32_t>(text.length())};
@@ -28,9 +29,11 @@ Format make(const NSString& pattern, const NSString& locale, const NSString& tim
   const auto where = locale.isEmpty() ? icu::Locale::getDefault()
                                       : icu::Locale::createCanonical(locale.utf8().c_str());
   UErrorCode error = U_ZERO_ERROR;
-  Format format(pattern == NSString(kStyle)
-                    ? icu::DateFormat::createDateTimeInstance(icu::DateFormat::kMedium,
-                                                              icu::DateFormat::kShort, where)
+  using Style = icu::DateFormat;
+  Format format(pattern == NSString(kMediumShort)
+                    ? Style::createDateTimeInstance(Style::kMedium, Style::kShort, where)
+                : pattern == NSString(kFullLong)
+                    ? Style::createDateTimeInstance(Style::kFull, Style::kLong, where)
                     : new icu::SimpleDateFormat(icuText(pattern), where, error));
   if (!format || U_FAILURE(error)) return nullptr;
   if (timeZone) format->adoptTimeZone(icu::TimeZone::createTimeZone(icuText(timeZone)));
@@ -66,7 +69,11 @@ NSDateFormatter::NSDateFormatter(const NSString& pattern, const NSString& locale
                                  const NSString& timeZone)
     : pattern_(pattern), locale_(locale), timeZone_(timeZone) {}
 
-NSDateFormatter NSDateFormatter::mediumDateShortTime() { return {kStyle, nil}; }
+NSDateFormatter NSDateFormatter::mediumDateShortTime() { return {kMediumShort, nil}; }
+
+NSDateFormatter NSDateFormatter::fullDateLongTime(const NSString& locale) {
+  return {kFullLong, locale};
+}
 
 NSDate NSDateFormatter::dateFromString(const NSString& text) const {
   size_t end = 0;

@@ -70,9 +70,10 @@ PageFont::PageFont(cairo_scaled_font_t* scaledFont)
 
 PageFont::~PageFont() { cairo_scaled_font_destroy(scaled); }
 
-PageCanvas::PageCanvas(const std::string& title, bool hasLinks, Write write)
+PageCanvas::PageCanvas(const PDFPaper& paper, const std::string& title, bool hasLinks, Write write)
     : write_(std::move(write)),
-      surface_(cairo_pdf_surface_create_for_stream(&writePiece, &write_, kPageWidth, kPageHeight)),
+      surface_(
+          cairo_pdf_surface_create_for_stream(&writePiece, &write_, paper.width, paper.height)),
       cairo_(cairo_create(surface_)),
       hasLinks_(hasLinks) {
   cairo_pdf_surface_set_metadata(surface_, CAIRO_PDF_METADATA_TITLE, title.c_str());
@@ -89,6 +90,8 @@ PageCanvas::PageCanvas(const std::string& title, bool hasLinks, Write write)
                                    nullptr);
   blank_ = count == 1 ? blank->index : 0;
   cairo_glyph_free(blank);
+  cairo_translate(cairo_, paper.left, paper.top);
+  cairo_scale(cairo_, paper.scale, paper.scale);
 }
 
 PageCanvas::~PageCanvas() {
@@ -284,8 +287,12 @@ void PageCanvas::show(const Picture& picture, double y) {
 void PageCanvas::link(const LinkArea& area, double y, double height) {
   const std::string target = linkTarget(area.link);
   if (target.empty() || !hasLinks_) return;
+  // Cairo takes these as they are: in the page's units, whatever the transformation.
+  double left = area.x, width = area.width;
+  cairo_user_to_device(cairo_, &left, &y);
+  cairo_user_to_device_distance(cairo_, &width, &height);
   std::string attributes = "rect=[";
-  for (const double value : {area.x, y, area.width, height}) {
+  for (const double value : {left, y, width, height}) {
     if (!std::isfinite(value)) return;
     char number[G_ASCII_DTOSTR_BUF_SIZE];
     attributes += g_ascii_formatd(number, sizeof number, "%.3f ", value);

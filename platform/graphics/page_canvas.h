@@ -6,6 +6,7 @@
 #include <string_view>
 
 #include "platform/graphics/page_line.h"
+#include "platform/graphics/pdf_paper.h"
 #include "platform/graphics/picture_store.h"
 
 typedef struct _cairo cairo_t;
@@ -17,7 +18,7 @@ class PageCanvas {
  public:
   using Write = std::function<bool(std::string_view)>;
 
-  PageCanvas(const std::string& title, bool hasLinks, Write write);
+  PageCanvas(const PDFPaper& paper, const std::string& title, bool hasLinks, Write write);
   ~PageCanvas();
   PageCanvas(const PageCanvas&) = delete;
 

@@ -12,11 +12,12 @@ constexpr double kTolerance = 1.0 / 1024;  // layout counts in these
 }  // namespace
 
 PageWriter::PageWriter(const Settings& settings, const Write& write)
-    : canvas_(settings.title, settings.hasLinks, write),
-      keepsLinesWhole_(settings.keepsLinesWhole) {}
+    : canvas_(settings.paper, settings.title, settings.hasLinks, write),
+      keepsLinesWhole_(settings.keepsLinesWhole),
+      pageHeight_(settings.paper.textHeight()) {}
 
 PageWriter::~PageWriter() {
-  while (!isBroken() && bottom_ > pageTop_ + kPageHeight + kTolerance) endPage(false);
+  while (!isBroken() && bottom_ > pageTop_ + pageHeight_ + kTolerance) endPage(false);
   endPage(true);
 }
 
@@ -29,12 +30,12 @@ void PageWriter::add(std::vector<PageLine> lines, double y) {
     std::ranges::push_heap(later_, isLower);
   }
   bottom_ = std::max(bottom_, y);
-  while (!isBroken() && y >= pageTop_ + kPageHeight + kTolerance) endPage(false);
+  while (!isBroken() && y >= pageTop_ + pageHeight_ + kTolerance) endPage(false);
 }
 
 // Lines of cells side by side come one cell after the other, down to its end.
 void PageWriter::fetchLines() {
-  const double end = pageTop_ + kPageHeight;
+  const double end = pageTop_ + pageHeight_;
   while (!later_.empty() && later_.front().line.top < end) {
     std::ranges::pop_heap(later_, isLower);
     lines_.push_back(std::move(later_.back()));
@@ -46,7 +47,7 @@ void PageWriter::fetchLines() {
 // Up until no line is cut, unless nothing would be left on the page.
 double PageWriter::pageEnd() const {
   constexpr int kMostMoves = 200;  // cells side by side can make it move again and again
-  const double end = pageTop_ + kPageHeight;
+  const double end = pageTop_ + pageHeight_;
   if (!keepsLinesWhole_) return end;
   double whole = end;
   for (int moves = 0; moves < kMostMoves; ++moves) {

@@ -18,6 +18,7 @@ class PageWriter {
   struct Settings {
     bool keepsLinesWhole = false;
     bool hasLinks = false;  // the document needs a structure
+    PDFPaper paper = {};
     std::string title;
   };
 
@@ -44,6 +45,7 @@ class PageWriter {
 
   PageCanvas canvas_;
   bool keepsLinesWhole_;
+  double pageHeight_;
   std::vector<Placed> lines_;  // that begin above the page's end, in reading order
   std::vector<Placed> later_;  // a heap: the highest is the first
   size_t count_ = 0;

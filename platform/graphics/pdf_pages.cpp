@@ -108,6 +108,7 @@ void writePDF(const NSAttributedString& text, const PDFOptions& options,
   if (text.length() == 0) return;
   PageWriter pages({.keepsLinesWhole = options.keepsLinesWhole,
                     .hasLinks = hasLinks(text),
+                    .paper = options.paper,
                     .title = titleFor(text, options)},
                    write);
   if (text.length() <= kShortText) {

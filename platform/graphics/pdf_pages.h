@@ -4,6 +4,7 @@
 #include <functional>
 #include <string_view>
 
+#include "platform/graphics/pdf_paper.h"
 #include "platform/richtext/NSAttributedString.h"
 
 namespace kelspar {
@@ -12,13 +13,14 @@ struct PDFOptions {
   // A line that a page's end would cut begins the next page, unless it is higher than a page.
   // Otherwise pages are cut at exact multiples of their height and such a line is drawn on both.
   bool keepsLinesWhole = false;
+  PDFPaper paper = {};
   NSString title;  // nil or empty: the text's first line that is not empty
 };
 
-// Lays `text` out on lines of 550 points, on pages of 715 points. `write` gets the document in
-// pieces, page by page, and says whether it could take them; after a "no" nothing more comes. A
-// text that is not empty has a page at least. The creation date is SOURCE_DATE_EPOCH's where that
-// is set. Any thread may call. Linear.
+// Lays `text` out on lines of 550 points, on pages of 715 points unless `paper` says otherwise.
+// `write` gets the document in pieces, page by page, and says whether it could take them; after a
+// "no" nothing more comes. A text that is not empty has a page at least. The creation date is
+// SOURCE_DATE_EPOCH's where that is set. Any thread may call. Linear.
 //
 // Extracted from the pages, the text comes in order and once: of a line that is drawn on two pages,
 // only the one with its baseline holds it as text.
