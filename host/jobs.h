@@ -47,23 +47,26 @@ class Jobs {
     ~Stop() {
       const std::lock_guard guard(jobs.lock_);
       jobs.isStopped_ = true;
-      jobs.changed_.notify_all();
+      jobs.hasRoom_.notify_all();
+      jobs.hasWork_.notify_all();
     }
   };
 
   void feed() {
     std::unique_lock guard(lock_);
     for (;;) {
-      changed_.wait(guard, [this] { return isStopped_ || items_.size() < mostItems_; });
+      hasRoom_.wait(guard, [this] { return isStopped_ || items_.size() < mostItems_; });
       if (isStopped_) return;
       guard.unlock();
       std::optional<Input> input = next_();
       guard.lock();
       isAtEnd_ = !input;
       if (input) items_.push_back({std::move(*input), std::nullopt, false});
-      changed_.notify_all();
-      if (isAtEnd_) return;
+      if (isAtEnd_) break;
+      hasWork_.notify_one();
     }
+    hasWork_.notify_all();
+    hasResult_.notify_one();
   }
 
   void serve() {
@@ -73,7 +76,7 @@ class Jobs {
       Result result = work_(item->input);
       guard.lock();
       item->result = std::move(result);
-      changed_.notify_all();
+      if (item == &items_.front()) hasResult_.notify_one();
     }
   }
 
@@ -87,18 +90,19 @@ class Jobs {
         return &*item;
       }
       if (isAtEnd_) return nullptr;
-      changed_.wait(guard);
+      hasWork_.wait(guard);
     }
   }
 
   std::optional<Result> nextResult() {
     std::unique_lock guard(lock_);
-    changed_.wait(guard,
-                  [this] { return items_.empty() ? isAtEnd_ : items_.front().result.has_value(); });
+    hasResult_.wait(
+        guard, [this] { return items_.empty() ? isAtEnd_ : items_.front().result.has_value(); });
     if (items_.empty()) return {};
     std::optional<Result> result = std::move(items_.front().result);
     items_.pop_front();
-    changed_.notify_all();
+    // Not for each place: waking a thread for one input costs more than many an input.
+    if (items_.size() <= mostItems_ / 2) hasRoom_.notify_one();
     return result;
   }
 
@@ -106,7 +110,7 @@ class Jobs {
   const Work& work_;
   size_t mostItems_ = 0;
   std::mutex lock_;
-  std::condition_variable changed_;
+  std::condition_variable hasRoom_, hasWork_, hasResult_;
   std::deque<Item> items_;
   bool isAtEnd_ = false, isStopped_ = false;
 };
