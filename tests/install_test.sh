@@ -24,6 +24,22 @@ flags=$(pkg-config --define-variable=prefix="$scratch/prefix" --cflags --libs ke
 "$cxx" -std=c++20 "$source/tests/consumer/main.cpp" $flags -o "$scratch/by-pkg-config"
 [ "$("$scratch/by-pkg-config")" = Hello ]
 
+echo "the README's example"
+{
+  echo '#include <cstdio>'
+  echo '#include <fstream>'
+  echo '#include <iterator>'
+  awk '/^```cpp$/ { inside = 1; next } /^```$/ { inside = 0 } inside' "$source/README.md"
+  echo 'int main(int, char** arguments) {'
+  echo '  std::ifstream file(arguments[1], std::ios::binary);'
+  echo '  const std::string blob(std::istreambuf_iterator<char>(file), {});'
+  echo '  std::puts(textOfStoredBody(NSData(blob)).utf8().c_str());'
+  echo '}'
+} >"$scratch/example.cpp"
+# shellcheck disable=SC2086
+"$cxx" -std=c++20 "$scratch/example.cpp" $flags -o "$scratch/example"
+"$scratch/example" "$source/samples/invitation.rtfz" | grep -q "Dear neighbours"
+
 echo "programs"
 "$scratch/prefix/bin/kelspar" --version
 "$scratch/prefix/bin/kelspar-extension" </dev/null
