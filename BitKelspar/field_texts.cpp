@@ -3,6 +3,7 @@
 #include <cstring>
 
 #include "BitKelspar/BitKelspar.h"
+#include "platform/foundation/hex.h"
 
 namespace kelspar {
 
@@ -17,12 +18,6 @@ constexpr std::array<uint8_t, kGUIDSize> kByteOfPair = {3, 2, 1,  0,  5,  4,  7,
 // Pairs with a dash before them.
 constexpr bool hasDashBefore(size_t pair) {
   return pair == 4 || pair == 6 || pair == 8 || pair == 10;
-}
-
-int hexDigit(char16_t c) {
-  if (c >= u'0' && c <= u'9') return c - u'0';
-  const int lower = c | 0x20;
-  return c < 0x80 && lower >= 'a' && lower <= 'f' ? lower - 'a' + 10 : -1;
 }
 
 }  // namespace
@@ -54,7 +49,7 @@ NSData BitKelspar::dataFromGUIDString(const NSString& text) {
     if (unit == u'-') continue;
     // The text counts in upper case, and a ligature's upper case is two letters.
     const bool isLigature = unit == u'\uFB00';
-    const int digit = isLigature ? 15 : hexDigit(unit);
+    const int digit = isLigature ? 15 : hexValue(unit);
     if (!append(digit) || (isLigature && !append(digit))) return nil;
   }
   return digits == 2 * kGUIDSize ? NSData(bytes.data(), bytes.size()) : nil;

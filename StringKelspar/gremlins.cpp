@@ -3,6 +3,7 @@
 
 #include "StringKelspar/StringKelsparNSMutableStringAdditions.h"
 #include "StringKelspar/StringKelsparNSStringAdditions.h"
+#include "platform/foundation/hex.h"
 #include "platform/foundation/scan.h"
 #include "platform/foundation/utf8.h"
 
@@ -27,13 +28,6 @@ NSString truncateAtGarbageCharacters(const NSString& receiver) {
 }
 
 namespace {
-
-constexpr int hexValue(char16_t c) {
-  if (c >= u'0' && c <= u'9') return c - u'0';
-  if (c >= 0x80) return -1;
-  const char16_t lower = c | 0x20;
-  return lower >= u'a' && lower <= u'f' ? lower - u'a' + 10 : -1;
-}
 
 // All escapes decoded as UTF-8; nil when one is not "%XX" or the bytes are not UTF-8.
 NSString removingPercentEncoding(const NSString& text) {

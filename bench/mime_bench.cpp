@@ -209,7 +209,8 @@ void BM_ValidateAddress(benchmark::State& state) {
   state.SetItemsProcessed(static_cast<int64_t>(state.iterations() * addresses().size()));
 }
 void BM_ValidateAddressHostile(benchmark::State& state) {
-  const NSString text(u"\"" + std::u16string(static_cast<size_t>(state.range(0)), u' ') + u"\"@a.b");
+  const NSString text(u"\"" + std::u16string(static_cast<size_t>(state.range(0)), u' ') +
+                      u"\"@a.b");
   measure(state, text.length(), [&] { return Mime::validateEmailAddress(text); });
 }
 

@@ -47,8 +47,8 @@ struct TransitionOptions {
   float interval = 1;           // tenths of a second, between the spinner's turns
 };
 
-// Animates the text on standard output and returns when it stands there: never, when a spinning text
-// does not end in a digit. Throws Failure (kCannotWrite).
+// Animates the text on standard output and returns when it stands there: never, when a spinning
+// text does not end in a digit. Throws Failure (kCannotWrite).
 void transition(const TransitionOptions& options);
 
 }  // namespace kelspar::host

@@ -1,5 +1,6 @@
 // NSURL: the checks of RFC 3986 on a URL's text, and the paths of "file:" URLs.
 #include "platform/foundation/NSURL.h"
+#include "platform/foundation/hex.h"
 
 #include <algorithm>
 #include <string>
@@ -14,11 +15,10 @@ constexpr std::u16string_view kSubDelims = u"!$&'()*+,;=";
 
 bool isAlpha(char16_t c) { return (c | 0x20) >= u'a' && (c | 0x20) <= u'z'; }
 bool isDigit(char16_t c) { return c >= u'0' && c <= u'9'; }
-bool isHex(char16_t c) { return isDigit(c) || ((c | 0x20) >= u'a' && (c | 0x20) <= u'f'); }
+bool isHex(char16_t c) { return hexValue(c) >= 0; }
 bool isUnreserved(char16_t c) {
   return c < 0x80 && (isAlpha(c) || isDigit(c) || c == u'-' || c == u'.' || c == u'_' || c == u'~');
 }
-int hexValue(char c) { return isDigit(c) ? c - '0' : (c | 0x20) - 'a' + 10; }
 
 // Letters of `text` are pchar (RFC 3986, 3.3), escapes whole, or of `more`.
 bool allowed(std::u16string_view text, std::u16string_view more) {

@@ -5,16 +5,11 @@
 #include <string>
 
 #include "platform/foundation/base64.h"
+#include "platform/foundation/hex.h"
 
 namespace kelspar::html {
 
 namespace {
-
-int hexDigit(char16_t c) {
-  if (c >= u'0' && c <= u'9') return c - u'0';
-  const int letter = (c | 0x20) - u'a';
-  return c < 0x80 && letter >= 0 && letter < 6 ? letter + 10 : -1;
-}
 
 // A URL as pages write it: without white space around it and without line ends and tabs in it.
 std::u16string urlOf(const Tokenizer& tag, std::u16string_view name) {
@@ -37,9 +32,9 @@ std::string percentDecoded(std::u16string_view text) {
   std::string bytes;
   bytes.reserve(text.size());
   for (size_t i = 0; i < text.size(); ++i) {
-    if (text[i] == u'%' && i + 2 < text.size() && hexDigit(text[i + 1]) >= 0 &&
-        hexDigit(text[i + 2]) >= 0) {
-      bytes.push_back(static_cast<char>(hexDigit(text[i + 1]) * 16 + hexDigit(text[i + 2])));
+    if (text[i] == u'%' && i + 2 < text.size() && hexValue(text[i + 1]) >= 0 &&
+        hexValue(text[i + 2]) >= 0) {
+      bytes.push_back(static_cast<char>(hexValue(text[i + 1]) * 16 + hexValue(text[i + 2])));
       i += 2;
     } else if (text[i] < 0x80) {
       bytes.push_back(static_cast<char>(text[i]));

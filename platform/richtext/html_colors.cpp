@@ -4,6 +4,7 @@
 #include <array>
 #include <string>
 
+#include "platform/foundation/hex.h"
 #include "platform/richtext/html_tags.h"
 
 namespace kelspar::html {
@@ -79,12 +80,6 @@ NSColor fromRGB(uint32_t rgb) {
           static_cast<uint8_t>(rgb)};
 }
 
-int hexDigit(char16_t c) {
-  if (c >= u'0' && c <= u'9') return c - u'0';
-  const int letter = (c | 0x20) - u'a';
-  return c < 0x80 && letter >= 0 && letter < 6 ? letter + 10 : -1;
-}
-
 // 3, 4, 6 or 8 digits; the fourth or last pair is the alpha.
 std::optional<NSColor> fromHex(std::u16string_view digits) {
   if (digits.size() != 3 && digits.size() != 4 && digits.size() != 6 && digits.size() != 8) {
@@ -93,7 +88,7 @@ std::optional<NSColor> fromHex(std::u16string_view digits) {
   const bool isShort = digits.size() <= 4;
   std::array<int, 4> parts{0, 0, 0, 255};
   for (size_t i = 0; i < digits.size(); ++i) {
-    const int digit = hexDigit(digits[i]);
+    const int digit = hexValue(digits[i]);
     if (digit < 0) return {};
     if (isShort) {
       parts[i] = digit * 17;

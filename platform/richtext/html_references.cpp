@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "platform/foundation/hex.h"
 #include "platform/foundation/scan.h"
 #include "platform/richtext/html_reference_table.h"
 
@@ -20,12 +21,6 @@ constexpr char16_t kWindows1252[32] = {
 
 bool isDigit(char16_t c) { return c >= u'0' && c <= u'9'; }
 bool isAlphanumeric(char16_t c) { return isDigit(c) || ((c | 0x20) >= u'a' && (c | 0x20) <= u'z'); }
-int hexDigit(char16_t c) {
-  if (isDigit(c)) return c - u'0';
-  const int letter = (c | 0x20) - u'a';
-  return c < 0x80 && letter >= 0 && letter < 6 ? letter + 10 : -1;
-}
-
 const ReferenceRow* findName(std::u16string_view name) {
   const ReferenceTable& table = referenceTable();
   for (size_t slot = referenceSlot(name);; slot = (slot + 1) % kReferenceSlots) {
@@ -73,7 +68,7 @@ Reference numeric(std::u16string_view text, size_t at) {
   uint32_t code = 0;
   size_t end = digits;
   for (; end < text.size(); ++end) {
-    const int digit = hexDigit(text[end]);
+    const int digit = hexValue(text[end]);
     if (digit < 0 || (!isHex && digit > 9)) break;
     code = std::min<uint32_t>(code * (isHex ? 16 : 10) + static_cast<uint32_t>(digit), 0x110000);
   }

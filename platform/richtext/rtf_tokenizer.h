@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <string_view>
 
+#include "platform/foundation/hex.h"
 #include "platform/foundation/scan.h"
 
 namespace kelspar {
@@ -15,12 +16,6 @@ namespace rtf {
 
 [[nodiscard]] inline bool isLetter(char c) { return static_cast<uint8_t>((c | 0x20) - 'a') < 26; }
 [[nodiscard]] inline bool isDigit(char c) { return static_cast<uint8_t>(c - '0') < 10; }
-
-[[nodiscard]] inline int hexDigit(char c) {
-  if (isDigit(c)) return c - '0';
-  const char lower = static_cast<char>(c | 0x20);
-  return lower >= 'a' && lower <= 'f' ? lower - 'a' + 10 : -1;
-}
 
 // A word as one number: no two words of up to eight letters have the same.
 [[nodiscard]] constexpr uint64_t addToKey(uint64_t key, char letter, size_t place) {
@@ -157,8 +152,8 @@ inline void RTFTokenizer::controlWord(RTFToken* token) {
 }
 
 inline void RTFTokenizer::hexEscape(RTFToken* token) {
-  const int high = at_ < bytes_.size() ? rtf::hexDigit(bytes_[at_]) : -1;
-  const int low = at_ + 1 < bytes_.size() ? rtf::hexDigit(bytes_[at_ + 1]) : -1;
+  const int high = at_ < bytes_.size() ? hexValue(bytes_[at_]) : -1;
+  const int low = at_ + 1 < bytes_.size() ? hexValue(bytes_[at_ + 1]) : -1;
   if (high < 0 || low < 0) return;
   at_ += 2;
   token->kind = RTFToken::Kind::hex;

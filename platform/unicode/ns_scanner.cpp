@@ -1,6 +1,7 @@
 // NSScanner: hexadecimal and decimal numbers that saturate.
 #include "platform/unicode/NSScanner.h"
 
+#include "platform/foundation/hex.h"
 #include "platform/unicode/NSCharacterSet.h"
 
 namespace kelspar {
@@ -8,13 +9,6 @@ namespace kelspar {
 namespace {
 
 constexpr bool isDigit(char16_t c) { return c >= u'0' && c <= u'9'; }
-
-// -1 for what is no hexadecimal digit.
-constexpr int hexValue(char16_t c) {
-  if (isDigit(c)) return c - u'0';
-  const char16_t lower = c | 0x20;
-  return c < 0x80 && lower >= u'a' && lower <= u'f' ? lower - u'a' + 10 : -1;
-}
 
 }  // namespace
 
