@@ -70,8 +70,11 @@ size_t findReference(Text text, size_t from) {
   return Text::npos;
 }
 
-// Matched references in the order of the text, each once, with their units.
-using References = std::vector<std::pair<Text, char16_t>>;
+// A match: the whole, its body, and the unit that it stands for.
+struct Reference {
+  Text whole, body;
+  char16_t unit;
+};
 
 // Whether a unit can be part of a reference, so that putting it in may complete another one.
 bool formsReferences(char16_t unit) {
@@ -79,13 +82,23 @@ bool formsReferences(char16_t unit) {
   return kUnits.find(unit) != Text::npos || NSCharacterSet::whitespaceAndNewline().contains(unit);
 }
 
-// One replacement after the other over the whole text, each seeing what the ones before it made.
-// Its cost is the product of references and text; beyond this, which is no mail's, one pass has to
-// do.
+// One replacement after the other over the whole text, each seeing what the ones before it made. A
+// match whose text had its turn before has another one only when something was put in since that
+// may complete it. Each turn costs the text's length; beyond this work, which is no mail's, nothing
+// is given, and one pass has to do.
 constexpr size_t kMostWork = 500'000'000;
-NSString replacedInTurn(NSString text, const References& references) {
-  for (const auto& [reference, unit] : references) {
-    text = stringByReplacingCaseInsensitive(text, reference, Text(&unit, 1));
+std::optional<NSString> replacedInTurn(NSString text, const std::vector<Reference>& references) {
+  size_t work = 0, changes = 0;
+  std::unordered_map<Text, size_t> changesAtTurn;
+  for (const Reference& reference : references) {
+    const auto [turn, isFirst] = changesAtTurn.try_emplace(reference.body, changes);
+    if (!isFirst && turn->second == changes) continue;
+    work += text.length();
+    if (work > kMostWork) return std::nullopt;
+    turn->second = changes;
+    const size_t length = text.length();
+    text = stringByReplacingCaseInsensitive(text, reference.whole, Text(&reference.unit, 1));
+    if (text.length() != length && formsReferences(reference.unit)) ++changes;
   }
   return text;
 }
@@ -127,7 +140,7 @@ NSString decodeHTMLFormattingTags(const NSString& receiver) {
   // References by their bodies: what is replaced is replaced wherever it stands, even inside what
   // the search took for the body of another.
   std::unordered_map<std::u16string, char16_t> values;
-  References found;
+  std::vector<Reference> found;
   for (size_t at = 0; (at = findReference(text, at)) != Text::npos;) {
     size_t end = at + kEscapedAmpersand.size();
     while (end < text.size() && text[end] != u';' && !isLineEnd(text[end])) ++end;
@@ -136,16 +149,16 @@ NSString decodeHTMLFormattingTags(const NSString& receiver) {
       const size_t from = at + kEscapedAmpersand.size();
       const Text body = text.substr(from, end - from);
       const auto value = valueOf(body);
-      if (value && values.emplace(body, *value).second) {
-        found.emplace_back(text.substr(at, end + 1 - at), *value);
+      if (value) {
+        values.emplace(body, *value);
+        found.push_back({text.substr(at, end + 1 - at), body, *value});
       }
     }
     at = end;
   }
   if (values.empty()) return receiver;
-  if (std::ranges::any_of(found, [](const auto& one) { return formsReferences(one.second); }) &&
-      found.size() * text.size() <= kMostWork) {
-    return replacedInTurn(receiver, found);
+  if (std::ranges::any_of(found, [](const auto& one) { return formsReferences(one.unit); })) {
+    if (const auto replaced = replacedInTurn(receiver, found)) return *replaced;
   }
   std::u16string out;
   size_t done = 0;

@@ -44,9 +44,11 @@ TEST(FormattingTags, Give) {
 
 TEST(FormattingTags, EqualTheStatedSteps) {
   EXPECT_EQ(decodeHTMLFormattingTags(u"&amp;#38;amp;65; &amp;65;"), u"A A");
-  const std::u16string_view pieces[] = {u"&amp;", u"#",     u"65",  u"38", u"59", u";",
-                                        u"amp;",  u"&",     u"233", u" ",  u"-",  u"+",
-                                        u"x",     u"&AMP;", u"\n",  u"35"};
+  EXPECT_EQ(decodeHTMLFormattingTags(u"&amp;65;&amp;#38;amp;65;&amp;65;"), u"AAA");
+  EXPECT_EQ(decodeHTMLFormattingTags(u"&amp;#38;amp;#38; &amp;#38;"), u"& &");
+  const std::u16string_view pieces[] = {
+      u"&amp;", u"#", u"65", u"38",    u"59", u";",  u"amp;",     u"&",         u"233",    u" ",
+      u"-",     u"+", u"x",  u"&AMP;", u"\n", u"35", u"&amp;65;", u"&amp;#38;", u"amp;65;"};
   std::mt19937 random(9);
   for (int round = 0; round < 20000; ++round) {
     std::u16string text;
