@@ -2,6 +2,7 @@
 #include <string>
 
 #include "MailKelspar/MailKelspar.h"
+#include "platform/richtext/rtf_escape.h"
 #include "platform/richtext/rtf_reader.h"
 #include "platform/richtext/rtf_tokenizer.h"
 
@@ -11,56 +12,16 @@ namespace {
 
 using Kind = RTFToken::Kind;
 
-// Text as it stands in RTF ("Unicode RTF"), by escapes alone beyond ASCII.
-void appendText(std::u16string_view text, std::string* rtf) {
-  for (const char16_t c : text) {
-    if (c == u'\n' || c == u'\u2028') {
-      *rtf += "\\par\n";
-    } else if (c == u'\f') {
-      *rtf += "\\page\n";
-    } else if (c == u'\t') {
-      *rtf += "\\tab ";
-    } else if (c == u'\\' || c == u'{' || c == u'}') {
-      *rtf += '\\';
-      *rtf += static_cast<char>(c);
-    } else if (c >= 0x7F) {
-      *rtf += "\\u" + std::to_string(static_cast<int16_t>(c)) + "?";
-    } else if (c >= u' ') {
-      *rtf += static_cast<char>(c);
-    }
-  }
-}
-
-const char* pictureWord(std::string_view bytes) {
-  if (bytes.starts_with("\x89PNG")) return "\\pngblip";
-  return bytes.starts_with("\xFF\xD8\xFF") ? "\\jpegblip" : nullptr;
-}
-
-void appendPicture(std::string_view bytes, const char* kind, std::string* rtf) {
-  constexpr char kDigits[] = "0123456789abcdef";
-  constexpr size_t kBytesInLine = 64;
-  *rtf += std::string("{\\pict") + kind;
-  for (size_t i = 0; i < bytes.size(); ++i) {
-    if (i % kBytesInLine == 0) *rtf += '\n';
-    const auto byte = static_cast<uint8_t>(bytes[i]);
-    *rtf += kDigits[byte >> 4];
-    *rtf += kDigits[byte & 15];
-  }
-  *rtf += '}';
-}
-
 // False: there is nothing to put there.
 bool appendItem(const id& item, std::string* rtf) {
   if (const auto text = item.as<NSString>()) {
     *rtf += "{\\uc1 ";
-    appendText(text.view(), rtf);
+    rtf::appendText(text.view(), rtf);
     *rtf += '}';
     return true;
   }
   const auto picture = item.as<NSData>();
-  const char* kind = pictureWord(picture.chars());
-  if (kind) appendPicture(picture.chars(), kind, rtf);
-  return kind != nullptr;
+  return rtf::appendPicture(picture.chars(), {}, rtf);
 }
 
 // Groups that a document's header consists of (RTF 1.9.1, "Header"), and the information group.
@@ -146,7 +107,7 @@ NSData MailKelspar::putText(const NSString& text, const NSData& rtf) {
   // What encapsulates HTML hides from it what is meant for readers of RTF alone.
   const bool hides = static_cast<bool>(encapsulatedHTMLFromRTF(rtf));
   document += hides ? "{\\htmlrtf\\pard\\plain\\uc1 " : "{\\pard\\plain\\uc1 ";
-  appendText(text.view(), &document);
+  rtf::appendText(text.view(), &document);
   document += hides ? "\\par\\htmlrtf0}\n" : "\\par}\n";
   return NSData(document.append(bytes.substr(at)));
 }
@@ -155,7 +116,7 @@ NSData MailKelspar::rtfFromText(const NSString& text) {
   if (!text) return nil;
   std::string rtf =
       "{\\rtf1\\ansi\\ansicpg1252\\uc1\\deff0{\\fonttbl{\\f0\\fswiss Arial;}}\\pard\\f0\\fs20 ";
-  appendText(text.view(), &rtf);
+  rtf::appendText(text.view(), &rtf);
   return NSData(rtf + "}\n");
 }
 

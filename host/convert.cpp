@@ -17,6 +17,7 @@
 #include "host/json_text.h"
 #include "host/message_html.h"
 #include "host/open_message.h"
+#include "platform/richtext/rtf_writer.h"
 
 namespace kelspar::host {
 
@@ -43,6 +44,7 @@ std::string assembled(const NSData& rtf, const ConvertOptions& options, const st
   }
   const NSAttributedString text = assembledText(rtf, options.pdf.attachments);
   if (options.to == "pdf") return pdfOf(text, nil, options.pdf, name);
+  if (options.to == "rtf") return std::string(rtfFromAttributedString(text).chars());
   NSMutableString characters{text.string().view()};
   characters.replaceOccurrences(u"\uFFFC", u"");
   return plainLines(std::move(characters).copy());
@@ -52,8 +54,8 @@ std::string converted(const NSData& rtf, const ConvertOptions& options, const st
   if (options.colours) {
     return std::string(RTFKelspar::generateRTFColourTagsFromEmbeddedHTMLInRTF(rtf).chars());
   }
-  if (options.to == "rtf") return std::string(rtf.chars());
   if (!options.pdf.attachments.empty()) return assembled(rtf, options, name);
+  if (options.to == "rtf") return std::string(rtf.chars());
   if (options.to == "text") return plainLines(RTFData::stringFromRTFData(rtf));
   if (options.to == "pdf") {
     return pdfOf(NSAttributedString::initWithRTF(rtf), nil, options.pdf, name);
@@ -253,8 +255,8 @@ std::string pathUnder(const std::string& folder, const std::string& input, const
 
 int convert(const ConvertOptions& options) {
   if (options.colours && options.to != "rtf") throw Failure(kUsage, "--colours needs --to rtf");
-  if (!options.pdf.attachments.empty() && (options.to == "rtf" || options.to == "json")) {
-    throw Failure(kUsage, "--attachment needs --to pdf, html or text");
+  if (!options.pdf.attachments.empty() && options.to == "json") {
+    throw Failure(kUsage, "--attachment needs --to pdf, html, rtf or text");
   }
   if (!options.pdf.pageSize.empty() && options.to != "pdf") {
     throw Failure(kUsage, "--page-size needs --to pdf");

@@ -173,6 +173,16 @@ class CommandLine(unittest.TestCase):
         for _, _, width, height in self.PARTY_IMAGES:
             self.assertIn((width, height), found)
 
+    def test_images_of_the_command_line_in_rtf(self):
+        rtf = self.party('--to', 'rtf').stdout
+        self.assertTrue(rtf.startswith(b'{\\rtf1'))
+        self.assertIn(b'\\jpegblip', rtf)
+        self.assertIn(b'\\pngblip', rtf)
+        self.assertIn((SOURCE / 'samples' / 'plan.png').read_bytes().hex().encode()[:120], rtf)
+        body = self.path / 'party.rtf'
+        body.write_bytes(rtf)
+        self.assertEqual(run('convert', body, '--to', 'text').stdout, self.party('--to', 'text').stdout)
+
     def test_images_of_the_command_line_in_text_and_html(self):
         text = self.party().stdout.decode()
         self.assertTrue(text.startswith('Street party on Lime Street\n'))
@@ -193,7 +203,7 @@ class CommandLine(unittest.TestCase):
             self.assertFalse(out.exists())
         self.assert_fails(run('convert', body, '--to', 'rtf', '--attachment', f'a={body}'), 1)
         plan = SOURCE / 'samples' / 'plan.png'
-        self.assert_fails(run('convert', body, '--to', 'rtf', '--attachment', f'a={plan}'), 2, '--to')
+        self.assert_fails(run('convert', body, '--to', 'json', '--attachment', f'a={plan}'), 2, '--to')
         self.assert_fails(run('convert', body, '--cut-pages'), 2, '--to pdf')
 
     def test_lines_at_page_ends(self):
