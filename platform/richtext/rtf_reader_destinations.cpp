@@ -131,7 +131,8 @@ void RTFReader::destination(const RTFKeyword& keyword, const RTFToken& token) {
       enter(Destination::skipped);
       break;
     case RTFAction::ud:
-      if (groups_.state().isUpr) enter(groups_.state().aroundUpr);
+      // Inside another destination of the \upr it says nothing.
+      if (groups_.state().isUpr && around == Destination::skipped) enter(groups_.state().aroundUpr);
       break;
     case RTFAction::defaultFont:
       if (!isBody) break;
