@@ -103,6 +103,8 @@ void BM_Hostile(benchmark::State& state, const char* pattern) {
 }
 BENCHMARK_CAPTURE(BM_Hostile, groups, "{")->Range(1 << 16, 4 << 20);
 BENCHMARK_CAPTURE(BM_Hostile, changing_groups, "{\\b x")->Range(1 << 16, 4 << 20);
+BENCHMARK_CAPTURE(BM_Hostile, toggling_groups, "{\\b x{\\b0 x")->Range(1 << 16, 4 << 20);
+BENCHMARK_CAPTURE(BM_Hostile, list_items, "\\par\\ls1")->Range(1 << 16, 4 << 20);
 BENCHMARK_CAPTURE(BM_Hostile, cells, "\\itap9 x\\nestcell")->Range(1 << 16, 4 << 20);
 BENCHMARK_CAPTURE(BM_Hostile, colors, "\\cf1 x\\cf2 y")->Range(1 << 16, 4 << 20);
 

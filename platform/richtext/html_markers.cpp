@@ -1,44 +1,23 @@
 #include "platform/richtext/html_markers.h"
 
 #include <algorithm>
-#include <iterator>
+
+#include "platform/richtext/numerals.h"
 
 namespace kelspar::html {
 
 namespace {
-
-struct Numeral {
-  int32_t value;
-  std::u16string_view text;
-};
-constexpr Numeral kNumerals[] = {{1000, u"m"}, {900, u"cm"}, {500, u"d"}, {400, u"cd"}, {100, u"c"},
-                                 {90, u"xc"},  {50, u"l"},   {40, u"xl"}, {10, u"x"},   {9, u"ix"},
-                                 {5, u"v"},    {4, u"iv"},   {1, u"i"}};
-constexpr int32_t kMostRoman = 3999;
 
 constexpr std::u16string_view kBullets[][2] = {
     {u"disc", u"\u2022\t"}, {u"circle", u"\u25E6\t"}, {u"square", u"\u25AA\t"}};
 
 char16_t lower(char16_t c) { return c >= u'A' && c <= u'Z' ? static_cast<char16_t>(c + 0x20) : c; }
 
-std::u16string digits(int32_t value) {
-  const std::string text = std::to_string(value);
-  return {text.begin(), text.end()};
-}
-
 // a, b, ... z, aa, ab, ...
 std::u16string letters(int32_t value) {
   std::u16string text;
   for (; value > 0; value = (value - 1) / 26) {
     text.insert(text.begin(), static_cast<char16_t>(u'a' + (value - 1) % 26));
-  }
-  return text;
-}
-
-std::u16string roman(int32_t value) {
-  std::u16string text;
-  for (const Numeral& numeral : kNumerals) {
-    for (; value >= numeral.value; value -= numeral.value) text += numeral.text;
   }
   return text;
 }
@@ -60,12 +39,12 @@ int64_t valueOfRoman(std::u16string_view text) {
   std::ranges::transform(rest, rest.begin(), lower);
   int64_t value = 0;
   for (size_t at = 0; at < rest.size();) {
-    const auto* numeral = std::ranges::find_if(kNumerals, [&](const Numeral& each) {
+    const auto digit = std::ranges::find_if(romanDigits(), [&](const RomanDigit& each) {
       return rest.compare(at, each.text.size(), each.text) == 0;
     });
-    if (numeral == std::end(kNumerals)) return 0;
-    value += numeral->value;
-    at += numeral->text.size();
+    if (digit == romanDigits().end()) return 0;
+    value += digit->value;
+    at += digit->text.size();
   }
   return value;
 }
@@ -79,11 +58,9 @@ std::u16string markerText(std::u16string_view style, int32_t value) {
   }
   std::u16string text;
   if (value > 0 && style.ends_with(u"alpha")) text = letters(value);
-  if (value > 0 && value <= kMostRoman && style.ends_with(u"roman")) text = roman(value);
-  if (style.starts_with(u"upper")) {
-    for (char16_t& c : text) c = static_cast<char16_t>(c - 0x20);
-  }
-  if (text.empty()) text = digits(value);
+  if (style.ends_with(u"roman")) text = romanNumeral(value);
+  if (style.starts_with(u"upper")) raise(&text);
+  if (text.empty()) text = decimalNumeral(value);
   return text + u".\t";
 }
 

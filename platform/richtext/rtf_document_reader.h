@@ -10,6 +10,7 @@
 #include "platform/richtext/rtf_formatter.h"
 #include "platform/richtext/rtf_groups.h"
 #include "platform/richtext/rtf_keywords.h"
+#include "platform/richtext/rtf_list_numbers.h"
 #include "platform/richtext/rtf_tokenizer.h"
 
 namespace kelspar {
@@ -19,7 +20,9 @@ enum class RTFPurpose : uint8_t { plainText, attributed, html };
 class RTFReader {
  public:
   RTFReader(std::string_view bytes, RTFPurpose purpose) : tokens_(bytes), purpose_(purpose) {
-    if (purpose == RTFPurpose::attributed) rich_ = std::make_unique<RTFFormatter>(&out_, &fonts_);
+    if (purpose == RTFPurpose::attributed) {
+      rich_ = std::make_unique<RTFFormatter>(&out_, &fonts_, &lists_);
+    }
   }
 
   NSString run();
@@ -39,6 +42,9 @@ class RTFReader {
     uint16_t skipCount = 1;    // characters of fallback behind \u
     int32_t font = -1;         // -1: the default font
     int32_t associatedFont = -1;
+    int32_t list = 0;  // \ls of the paragraph
+    int32_t listLevel = 0;
+    uint32_t fields = 0;  // that the group stands in
   };
 
   void readAll();
@@ -46,6 +52,8 @@ class RTFReader {
   // False when the document has ended.
   inline bool read(const RTFToken& token);
   inline void endGroup();
+  void leaves(Destination ended);
+  void endField();
   void showPicture();
 
   // Length of the plain text so far: pictures are no part of it.
@@ -61,6 +69,7 @@ class RTFReader {
   }
 
   void describe(std::string_view bytes);
+  void describe(std::string_view bytes, std::u16string* units) const;
   void nameFont(std::string_view bytes);
 
   // Bytes of text, in the current code page.
@@ -98,8 +107,17 @@ class RTFReader {
 
   void emit(std::u16string_view units) {
     flush();
-    if (isShown()) out_.append(units);
+    if (!isShown()) return;
+    beginItem();
+    out_.append(units);
   }
+
+  // An item of a list begins with its marker, which we write where its writer did not.
+  void beginItem() {
+    if (groups_.state().list > 0 && !hasMarker_) writeMarker();
+  }
+  void writeMarker();
+  void endItem();
   void symbol(uint8_t c);
   void endParagraph();
   void endSection();
@@ -113,6 +131,8 @@ class RTFReader {
   inline void perform(const RTFKeyword& keyword, const RTFToken& token);
   void destination(const RTFKeyword& keyword, const RTFToken& token);
   inline void unicode(const RTFToken& token);
+  void list(const RTFKeyword& keyword, int32_t parameter);
+  void endListOfParagraph();
 
   // Bytes of symbol fonts are written as private characters, too.
   [[nodiscard]] char16_t glyph(char16_t unit) const {
@@ -130,6 +150,8 @@ class RTFReader {
   const RTFPurpose purpose_;
   RTFGroups<State> groups_;
   RTFFontTable fonts_;
+  RTFLists lists_;
+  RTFListNumbers numbers_{&lists_, &fonts_};
   const CodePage* documentPage_ = &CodePage::numbered(1252);
   int32_t defaultFont_ = 0;
   uint32_t fallback_ = 0;  // characters still to be skipped behind \u
@@ -140,6 +162,12 @@ class RTFReader {
   size_t scanned_ = 0;  // bytes of it that were looked at for halves of characters
   bool lead_ = false;
   std::string fontName_;
+  bool hasMarker_ = false;  // the paragraph has its marker: the writer's, or ours
+  bool isCounted_ = false;  // and it is counted
+  size_t markersLeft_ = 0;  // units of markers that may come: a document of items stays small
+  std::u16string instruction_;
+  char16_t symbol_ = 0;  // that a field stands for, unless it has a result
+  size_t symbolAt_ = 0;  // in `out_`
   std::u16string out_;
   size_t pictures_ = 0;                    // in `out_`
   size_t lineStart_ = 0;                   // in the plain text

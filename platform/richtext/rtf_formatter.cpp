@@ -2,7 +2,9 @@
 #include "platform/richtext/rtf_formatter.h"
 
 #include <algorithm>
+#include <utility>
 
+#include "platform/richtext/rtf_fields.h"
 #include "platform/richtext/text_runs.h"
 
 namespace kelspar {
@@ -10,18 +12,10 @@ namespace kelspar {
 namespace {
 
 constexpr double kTwips = 20, kHalfPoints = 2;
+constexpr size_t kLongestName = 256;  // of a style
 constexpr int32_t kFarthest = 31680;  // 22 inches in twips: the format's own bound
 
 double twips(int32_t value) { return std::clamp(value, -kFarthest, kFarthest) / kTwips; }
-
-size_t mix(size_t hash, uint64_t value) {
-  hash = (hash ^ value) * 0x9E3779B97F4A7C15u;
-  return hash ^ hash >> 29;
-}
-
-uint64_t pack(int32_t a, int32_t b) {
-  return uint64_t{static_cast<uint32_t>(a)} << 32 | static_cast<uint32_t>(b);
-}
 
 // "heading 1" to "heading 6", as style names go.
 int8_t headingNamed(std::u16string_view name) {
@@ -31,32 +25,11 @@ int8_t headingNamed(std::u16string_view name) {
     if ((name[i] | 0x20) != kHeading[i]) return 0;
   }
   const char16_t digit = name[kHeading.size()];
-  const bool ends = name.size() == kHeading.size() + 1 || name[kHeading.size() + 1] == u';' ||
-                    name[kHeading.size() + 1] == u',';
+  const bool ends = name.size() == kHeading.size() + 1 || name[kHeading.size() + 1] == u',';
   return ends && digit >= u'1' && digit <= u'6' ? static_cast<int8_t>(digit - u'0') : 0;
 }
 
 }  // namespace
-
-size_t RTFFormatter::hash(const Look& look) {
-  size_t hash = mix(0, pack(look.font, look.associatedFont));
-  hash = mix(hash, pack(look.foreground, look.background));
-  hash = mix(hash, pack(static_cast<int32_t>(look.link), look.size << 16 | (look.raised & 0xFFFF)));
-  return mix(hash, uint64_t{look.bold} | uint64_t{look.italic} << 1 |
-                       uint64_t{look.underline} << 2 | uint64_t{look.strike} << 3 |
-                       uint64_t{look.rightToLeft} << 4 |
-                       static_cast<uint64_t>(look.script + 1) << 5);
-}
-
-size_t RTFFormatter::hash(const Paragraph& paragraph) {
-  size_t hash = mix(0, pack(paragraph.left, paragraph.right));
-  hash = mix(hash, pack(paragraph.first, paragraph.before));
-  hash = mix(hash, pack(paragraph.after, paragraph.line));
-  hash = mix(hash, pack(paragraph.tabs, paragraph.list));
-  hash = mix(hash, pack(paragraph.listLevel, paragraph.style));
-  return mix(hash, pack(static_cast<int32_t>(paragraph.numbering),
-                        static_cast<int32_t>(paragraph.alignment) << 8 | paragraph.outline));
-}
 
 RTFFormatter::State& RTFFormatter::changeState() {
   if (groups_.isUntouched()) {
@@ -67,12 +40,12 @@ RTFFormatter::State& RTFFormatter::changeState() {
   return groups_.change();
 }
 
-RTFFormatter::Look& RTFFormatter::changeLook() {
+RTFLook& RTFFormatter::changeLook() {
   changeState().look = kUnnumbered;
   return look_;
 }
 
-RTFFormatter::Paragraph& RTFFormatter::changeParagraph() {
+RTFParagraph& RTFFormatter::changeParagraph() {
   changeState().paragraph = kUnnumbered;
   return paragraph_;
 }
@@ -97,11 +70,12 @@ void RTFFormatter::close() {
 void RTFFormatter::word(int32_t word, int32_t parameter, bool isOn, RTFDestination destination) {
   if (destination == RTFDestination::picture && picture_.word(word, parameter)) return;
   if (destination == RTFDestination::colorTable && colorWord(word, parameter)) return;
-  const bool inLists = destination == RTFDestination::listTable ||
-                       destination == RTFDestination::overrideTable ||
-                       destination == RTFDestination::numbering;
-  if (inLists) {
+  if (destination == RTFDestination::numbering) {
     (void)lists_.word(word, parameter, destination);
+    return;
+  }
+  if (destination == RTFDestination::styleSheet && (word == kStyle || word == kCharacterStyle)) {
+    nextStyle_ = parameter;
     return;
   }
   if (characterWord(word, parameter, isOn) || paragraphWord(word, parameter, isOn)) return;
@@ -112,120 +86,25 @@ void RTFFormatter::word(int32_t word, int32_t parameter, bool isOn, RTFDestinati
 
 bool RTFFormatter::characterWord(int32_t word, int32_t parameter, bool isOn) {
   if (word > kDirection) return false;
+  RTFLook look = look_;
+  (void)look.apply(word, parameter, isOn);
+  if (look == look_) return true;  // nothing to save
   settle();
-  Look& look = changeLook();
-  const auto size = static_cast<int16_t>(parameter > 0 ? std::min(parameter, 3276) : 24);
-  const auto raise = static_cast<int16_t>(std::clamp(parameter, -3276, 3276));
-  switch (word) {
-    case kPlain: {
-      const uint32_t link = look.link;
-      look = {};
-      look.link = link;
-      break;
-    }
-    case kBold:
-      look.bold = isOn;
-      break;
-    case kItalic:
-      look.italic = isOn;
-      break;
-    case kUnderline:
-      look.underline = isOn;
-      break;
-    case kNoUnderline:
-      look.underline = false;
-      break;
-    case kStrike:
-      look.strike = isOn;
-      break;
-    case kSuperscript:
-      look.script = isOn ? 1 : 0;
-      break;
-    case kSubscript:
-      look.script = isOn ? -1 : 0;
-      break;
-    case kNoScript:
-      look.script = 0;
-      break;
-    case kRaise:
-      look.raised = raise;
-      break;
-    case kLower:
-      look.raised = static_cast<int16_t>(-raise);
-      break;
-    case kSize:
-      look.size = size;
-      break;
-    case kForeground:
-      look.foreground = parameter;
-      break;
-    case kBackground:
-    case kHighlight:
-      look.background = parameter;
-      break;
-    case kAssociatedBold:
-      look.associatedBold = isOn;
-      break;
-    case kAssociatedItalic:
-      look.associatedItalic = isOn;
-      break;
-    case kAssociatedSize:
-      look.associatedSize = size;
-      break;
-    case kFont:
-      look.font = parameter;
-      break;
-    case kAssociatedFont:
-      look.associatedFont = parameter;
-      break;
-    default:
-      look.rightToLeft = isOn;
-      break;  // kDirection
-  }
+  changeLook() = look;
   return true;
 }
 
 bool RTFFormatter::paragraphWord(int32_t word, int32_t parameter, bool isOn) {
   if (word > kListLevelOfParagraph) return false;
-  Paragraph& paragraph = changeParagraph();
   switch (word) {
     case kParagraphDefault:
-      paragraph = {};
+      changeParagraph() = {};
       numbering_ = {};
       nextTab_ = {};
-      break;
-    case kAlignLeft:
-      paragraph.alignment = NSTextAlignment::left;
-      break;
-    case kAlignRight:
-      paragraph.alignment = NSTextAlignment::right;
-      break;
-    case kAlignCenter:
-      paragraph.alignment = NSTextAlignment::center;
-      break;
-    case kAlignJustified:
-      paragraph.alignment = NSTextAlignment::justified;
-      break;
-    case kLeftIndent:
-      paragraph.left = parameter;
-      break;
-    case kRightIndent:
-      paragraph.right = parameter;
-      break;
-    case kFirstIndent:
-      paragraph.first = parameter;
-      break;
-    case kSpaceBefore:
-      paragraph.before = parameter;
-      break;
-    case kSpaceAfter:
-      paragraph.after = parameter;
-      break;
-    case kLineSpacing:
-      paragraph.line = parameter;
-      break;
-    case kLineSpacingMultiple:
-      paragraph.isMultiple = isOn;
+      if (look_.style < 0) break;
+      settle();
+      changeLook().style = -1;
+      changeLook().stated = 0;
       break;
     case kTabStop:
       tabStop(parameter);
@@ -239,36 +118,19 @@ bool RTFFormatter::paragraphWord(int32_t word, int32_t parameter, bool isOn) {
     case kTabDecimal:
       nextTab_.decimal = true;
       break;
-    case kRightToLeftParagraph:
-      paragraph.rightToLeft = true;
-      break;
-    case kLeftToRightParagraph:
-      paragraph.rightToLeft = false;
-      break;
-    case kOutlineLevel:
-      paragraph.outline = static_cast<int8_t>(std::clamp(parameter, 0, 9));
-      break;
     case kStyle:
-      paragraph.style = parameter;
-      break;
-    case kInTable:
-      paragraph.inTable = isOn;
-      break;
-    case kTableLevel:
-      paragraph.tableDepth = std::clamp(parameter, 0, RTFTables::kDeepest);
-      break;
-    case kListOverride:
-      paragraph.list = parameter;
+    case kCharacterStyle:
+      useStyle(word, parameter);
       break;
     default:
-      paragraph.listLevel = parameter;
-      break;  // kListLevelOfParagraph
+      (void)changeParagraph().apply(word, parameter, isOn);
+      break;
   }
   return true;
 }
 
 void RTFFormatter::tabStop(int32_t location) {
-  Paragraph& paragraph = changeParagraph();
+  RTFParagraph& paragraph = changeParagraph();
   tabs_.push_back({location, paragraph.tabs, nextTab_.alignment, nextTab_.decimal});
   paragraph.tabs = static_cast<int32_t>(tabs_.size()) - 1;
   nextTab_ = {};
@@ -295,29 +157,27 @@ std::optional<NSColor> RTFFormatter::color(int32_t number) const {
 
 void RTFFormatter::enters(RTFDestination destination) {
   if (destination == RTFDestination::picture) picture_ = {};
-  if (destination == RTFDestination::instruction) instruction_.clear();
   if (destination == RTFDestination::numbering) lists_.numberingBegins();
 }
 
 void RTFFormatter::leaves(RTFDestination destination) {
-  if (destination == RTFDestination::overrideTable || destination == RTFDestination::listTable) {
-    lists_.tablesEnd();
-  } else if (destination == RTFDestination::numbering) {
-    const NSTextList list = lists_.numbering(lastNumbering_);
-    if (list.identity == 0) return;
-    lastNumbering_ = list.identity;
-    numbering_ = list;
-  } else if (destination == RTFDestination::instruction) {
-    const std::u16string target = targetOfHyperlink(instruction_);
-    pendingLink_ = 0;
-    if (target.empty()) return;
-    uint32_t& number = numberOfLink_[target];
-    if (number == 0) {
-      links_.emplace_back(target);
-      number = static_cast<uint32_t>(links_.size());
-    }
-    pendingLink_ = number;
+  if (destination != RTFDestination::numbering) return;
+  const NSTextList list = lists_.numbering(lastNumbering_);
+  if (list.identity == 0) return;
+  lastNumbering_ = list.identity;
+  numbering_ = list;
+}
+
+void RTFFormatter::instruction(std::u16string_view text) {
+  const std::u16string target = targetOfHyperlink(text);
+  pendingLink_ = 0;
+  if (target.empty()) return;
+  uint32_t& number = numberOfLink_[target];
+  if (number == 0) {
+    links_.emplace_back(target);
+    number = static_cast<uint32_t>(links_.size());
   }
+  pendingLink_ = number;
 }
 
 void RTFFormatter::fieldResult() {
@@ -326,17 +186,54 @@ void RTFFormatter::fieldResult() {
   changeLook().link = std::exchange(pendingLink_, 0);
 }
 
+// A style is described by the words before its name; style 0 needs no number.
 void RTFFormatter::styleText(std::u16string_view name) {
-  const Paragraph& paragraph = paragraph_;
-  int8_t heading = headingNamed(name);
-  if (heading == 0 && paragraph.outline >= 0 && paragraph.outline < 6) {
-    heading = static_cast<int8_t>(paragraph.outline + 1);
+  while (true) {
+    const size_t end = name.find(u';');
+    styleName_.append(name.substr(0, std::min(end, kLongestName - styleName_.size())));
+    if (end == name.npos) break;
+    defineStyle(std::exchange(styleName_, {}));
+    nextStyle_ = 0;
+    name.remove_prefix(end + 1);
   }
-  if (heading > 0 && paragraph.style >= 0) headingOfStyle_.try_emplace(paragraph.style, heading);
+}
+
+void RTFFormatter::defineStyle(std::u16string_view name) {
+  Style style;
+  style.heading = headingNamed(name);
+  if (style.heading == 0 && paragraph_.outline >= 0 && paragraph_.outline < 6) {
+    style.heading = static_cast<int8_t>(paragraph_.outline + 1);
+  }
+  style.look = looks_.of(look_);
+  style.paragraph = paragraphs_.of(paragraph_);
+  sheet_.try_emplace(nextStyle_, style);
+}
+
+const RTFFormatter::Style* RTFFormatter::styleNumbered(int32_t number) const {
+  const auto found = sheet_.find(number);
+  return found == sheet_.end() ? nullptr : &found->second;
+}
+
+// What a style says is said again by writers that follow the format, but not by all.
+void RTFFormatter::useStyle(int32_t word, int32_t number) {
+  const Style* style = styleNumbered(number);
+  if (word == kStyle) changeParagraph().style = number;
+  if (!style) return;
+  settle();
+  if (word == kCharacterStyle) {
+    RTFLook& look = changeLook();
+    look = look.over(looks_[style->look]);
+    return;
+  }
+  RTFParagraph& paragraph = changeParagraph();
+  paragraph = paragraph.over(paragraphs_[style->paragraph]);
+  RTFLook& look = changeLook();
+  look.style = style->look == 0 ? -1 : number;
+  look.stated = 0;
 }
 
 int32_t RTFFormatter::tableDepth() const {
-  const Paragraph& paragraph = paragraph_;
+  const RTFParagraph& paragraph = paragraph_;
   return std::max(paragraph.tableDepth, paragraph.inTable ? 1 : 0);
 }
 
@@ -379,7 +276,7 @@ void RTFFormatter::rowEnds(bool nested) {
 
 void RTFFormatter::endParagraph(int32_t depth) {
   settle();
-  Paragraph paragraph = paragraph_;
+  RTFParagraph paragraph = paragraph_;
   paragraph.numbering = 0;
   if (numbering_.identity != 0) {
     if (numberings_.empty() || !(numberings_.back() == numbering_)) {
@@ -430,7 +327,7 @@ void RTFFormatter::endParagraph(int32_t depth) {
   paragraphStart_ = text_.size();
 }
 
-std::shared_ptr<NSParagraphStyle> RTFFormatter::makeStyle(const Paragraph& paragraph) const {
+std::shared_ptr<NSParagraphStyle> RTFFormatter::makeStyle(const RTFParagraph& paragraph) const {
   auto style = std::make_shared<NSParagraphStyle>();
   style->alignment = paragraph.alignment;
   style->rightToLeft = paragraph.rightToLeft;
@@ -448,9 +345,8 @@ std::shared_ptr<NSParagraphStyle> RTFFormatter::makeStyle(const Paragraph& parag
   }
   if (paragraph.outline >= 0 && paragraph.outline < 6) {
     style->headingLevel = static_cast<int8_t>(paragraph.outline + 1);
-  } else if (const auto heading = headingOfStyle_.find(paragraph.style);
-             heading != headingOfStyle_.end() && paragraph.outline < 0) {
-    style->headingLevel = heading->second;
+  } else if (const Style* named = styleNumbered(paragraph.style); named && paragraph.outline < 0) {
+    style->headingLevel = named->heading;
   }
   constexpr size_t kTabStops = 64;
   for (int32_t tab = paragraph.tabs; tab >= 0 && style->tabStops.size() < kTabStops;
@@ -464,7 +360,9 @@ std::shared_ptr<NSParagraphStyle> RTFFormatter::makeStyle(const Paragraph& parag
   return style;
 }
 
-NSTextAttributes RTFFormatter::attributesOf(const Look& look) const {
+NSTextAttributes RTFFormatter::attributesOf(const RTFLook& stated) const {
+  const Style* style = styleNumbered(stated.style);
+  const RTFLook look = style ? stated.over(looks_[style->look]) : stated;
   NSTextAttributes attributes;
   const int32_t font =
       look.rightToLeft && look.associatedFont >= 0 ? look.associatedFont : look.font;

@@ -11,6 +11,7 @@
 #include "platform/richtext/rtf_fonts.h"
 #include "platform/richtext/rtf_groups.h"
 #include "platform/richtext/rtf_lists.h"
+#include "platform/richtext/rtf_looks.h"
 #include "platform/richtext/rtf_picture.h"
 #include "platform/richtext/rtf_tables.h"
 
@@ -18,8 +19,8 @@ namespace kelspar {
 
 class RTFFormatter {
  public:
-  RTFFormatter(const std::u16string* text, const RTFFontTable* fonts)
-      : text_(*text), fonts_(*fonts) {}
+  RTFFormatter(const std::u16string* text, const RTFFontTable* fonts, RTFLists* lists)
+      : text_(*text), fonts_(*fonts), lists_(*lists) {}
 
   void open() { groups_.open(); }
   void close();
@@ -31,10 +32,11 @@ class RTFFormatter {
   void enters(RTFDestination destination);
   void leaves(RTFDestination destination);
   void colorEnds();
-  void styleText(std::u16string_view name);
-  void instruction(std::u16string_view text) { instruction_.append(text); }
-  RTFPicture& picture() { return picture_; }
+  void styleText(std::u16string_view name);  // up to the semicolon
+  // A field's instruction, and its result.
+  void instruction(std::u16string_view text);
   void fieldResult();
+  RTFPicture& picture() { return picture_; }
   void nestedTableProperties();
 
   // The text's last unit ends a paragraph, a cell, a row.
@@ -53,28 +55,6 @@ class RTFFormatter {
   [[nodiscard]] std::vector<NSTextRun> finish();
 
  private:
-  // Plain numbers, as they stand in the document.
-  struct Look {
-    int32_t font = -1, associatedFont = -1;
-    int32_t foreground = 0, background = 0;
-    uint32_t link = 0;
-    int16_t size = 24, associatedSize = 24;  // half points
-    int16_t raised = 0;                      // half points
-    int8_t script = 0;
-    bool bold = false, italic = false, associatedBold = false, associatedItalic = false;
-    bool underline = false, strike = false, rightToLeft = false;
-    friend bool operator==(const Look&, const Look&) = default;
-  };
-  struct Paragraph {
-    int32_t left = 0, right = 0, first = 0, before = 0, after = 0, line = 0;  // twips
-    int32_t tabs = -1;  // the last one of its list
-    int32_t list = 0, listLevel = 0, style = -1, tableDepth = 0;
-    uint32_t numbering = 0;
-    int8_t outline = -1;
-    NSTextAlignment alignment = NSTextAlignment::natural;
-    bool rightToLeft = false, isMultiple = false, inTable = false;
-    friend bool operator==(const Paragraph&, const Paragraph&) = default;
-  };
   // What groups save and restore: numbers, so that a change in each of a million nested groups is a
   // few bytes each.
   struct State {
@@ -93,49 +73,55 @@ class RTFFormatter {
     uint32_t look;
     std::shared_ptr<const NSTextAttachment> attachment;
   };
+  // A style: its look and its paragraph, numbered, and the heading that it stands for.
+  struct Style {
+    uint32_t look = 0, paragraph = 0;
+    int8_t heading = 0;
+  };
   template <class Format>
   struct Hash {
-    size_t operator()(const Format& format) const { return hash(format); }
+    size_t operator()(const Format& format) const { return kelspar::hash(format); }
   };
-  static size_t hash(const Look& look);
-  static size_t hash(const Paragraph& paragraph);
-
   bool characterWord(int32_t word, int32_t parameter, bool isOn);
   bool paragraphWord(int32_t word, int32_t parameter, bool isOn);
   void tabStop(int32_t location);
+  void defineStyle(std::u16string_view name);
+  void useStyle(int32_t word, int32_t number);
   bool colorWord(int32_t word, int32_t parameter);
   [[nodiscard]] int32_t tableDepth() const;
 
-  [[nodiscard]] Look& changeLook();
-  [[nodiscard]] Paragraph& changeParagraph();
+  [[nodiscard]] const Style* styleNumbered(int32_t number) const;
+  [[nodiscard]] RTFLook& changeLook();
+  [[nodiscard]] RTFParagraph& changeParagraph();
   [[nodiscard]] State& changeState();
 
   // Notes the look of what has been appended since the last time.
   void settle();
   uint32_t numberOfLook();
   void endParagraph(int32_t depth);
-  [[nodiscard]] std::shared_ptr<NSParagraphStyle> makeStyle(const Paragraph& paragraph) const;
-  [[nodiscard]] NSTextAttributes attributesOf(const Look& look) const;
+  [[nodiscard]] std::shared_ptr<NSParagraphStyle> makeStyle(const RTFParagraph& paragraph) const;
+  [[nodiscard]] NSTextAttributes attributesOf(const RTFLook& look) const;
   [[nodiscard]] std::optional<NSColor> color(int32_t number) const;
 
   const std::u16string& text_;
   const RTFFontTable& fonts_;
+  RTFLists& lists_;
   RTFGroups<State> groups_;
-  Look look_;
-  Paragraph paragraph_;
+  RTFLook look_;
+  RTFParagraph paragraph_;
   int32_t defaultFont_ = 0;
 
   std::vector<std::optional<NSColor>> colors_;
   NSColor nextColor_;
   bool hasColor_ = false;
-  std::unordered_map<int32_t, int8_t> headingOfStyle_;
-  RTFLists lists_;
+  std::unordered_map<int32_t, Style> sheet_;  // by number
+  int32_t nextStyle_ = 0;                     // the one that the style sheet describes
+  std::u16string styleName_;
   NSTextList numbering_;  // of \pn, until \pard
   uint32_t lastNumbering_ = 0;
   std::vector<NSTextList> numberings_;
   std::vector<Tab> tabs_;
   NSTextTab nextTab_;
-  std::u16string instruction_;
   std::vector<NSString> links_;  // numbered from 1
   std::unordered_map<std::u16string, uint32_t> numberOfLink_;
   uint32_t pendingLink_ = 0;
@@ -160,18 +146,15 @@ class RTFFormatter {
     std::unordered_map<Format, uint32_t, Hash<Format>> numbers_{{Format{}, 0}};
     uint32_t latest_ = 0;
   };
-  Numbers<Look> looks_;
-  Numbers<Paragraph> paragraphs_;
+  Numbers<RTFLook> looks_;
+  Numbers<RTFParagraph> paragraphs_;
   std::vector<Span> spans_;  // of the paragraph at hand
   size_t settled_ = 0;       // units whose look is noted
   size_t paragraphStart_ = 0;
-  std::unordered_map<Paragraph, uint32_t, Hash<Paragraph>> numberOfStyle_;
+  std::unordered_map<RTFParagraph, uint32_t, Hash<RTFParagraph>> numberOfStyle_;
   std::vector<std::shared_ptr<const NSParagraphStyle>> styles_;
   std::unordered_map<uint64_t, std::shared_ptr<const NSTextAttributes>> attributes_;
   std::vector<NSTextRun> runs_;
 };
-
-// The target of a HYPERLINK field's instruction; empty when it is another field or has none.
-[[nodiscard]] std::u16string targetOfHyperlink(std::u16string_view instruction);
 
 }  // namespace kelspar

@@ -167,12 +167,42 @@ constexpr Row kParagraphs[] = {
      "}"
      "{\\listtext 3.\\tab}\\ls1 a\\par\\ilvl1 b\\par\\pard c",
      "[3.\ta\n|listdecimal@3][b\n|listdecimal@3 listcircle@1][c]"},
+    {"OverrideOfALevel",
+     "{\\*\\listtable{\\list{\\listlevel\\levelnfc0\\levelstartat3}\\listid7}}{\\*"
+     "\\listoverridetable"
+     "{\\listoverride\\listid7{\\lfolevel\\listoverridestartat\\levelstartat5}\\ls1}{\\listoverride"
+     "\\listid7{\\lfolevel\\listoverrideformat{\\listlevel\\levelnfc4\\levelstartat2}}\\ls2}}"
+     "\\ls1 a\\par\\ls2 b",
+     "[a\n|listdecimal@5][b|listlower-alpha@2]"},
     {"OlderLists",
      "{\\pntext 1.\\tab}{\\*\\pn\\pnlvlbody\\pndec\\pnstart4{\\pntxta .}}a\\par\\pard b",
      "[1.\ta\n|listdecimal@4][b]"},
     {"OlderBullets", "{\\*\\pn\\pnlvlblt{\\pntxtb x}}a\\par", "[a\n|listdisc@1]"},
 };
 INSTANTIATE_TEST_SUITE_P(Paragraphs, RTFLooks, testing::ValuesIn(kParagraphs),
+                         [](const auto& row) { return std::string(row.param.name); });
+
+#define SHEET                                                                                    \
+  "{\\colortbl;\\red255\\green0\\blue0;}{\\stylesheet{\\fs20 Normal;}{\\s1\\qc\\sb240\\b\\fs32 " \
+  "heading 1;}{\\*\\cs10\\additive\\i\\cf1 Emphasis;}{\\s3\\li720 Quote;}}"
+constexpr Row kStyles[] = {
+    {"OfAParagraph", SHEET "\\pard\\s1 a\\par\\pard b", "[a\n|16 b center before12 h1][b]"},
+    {"SaidAgain", SHEET "\\pard\\plain\\s1\\qc\\sb240\\b\\fs32 a\\par\\pard\\plain b",
+     "[a\n|16 b center before12 h1][b]"},
+    {"WordsOfItsOwnCount", SHEET "\\pard\\s1\\ql\\sb0 a{\\b0 b}\\fs24 c",
+     "[a|16 b left h1][b|16 left h1][c|b left h1]"},
+    {"WordsBeforeItCount", SHEET "\\pard\\qr\\i\\s1 a", "[a|16 b i right before12 h1]"},
+    {"PlainEndsIt", SHEET "\\pard\\s1\\plain a", "[a|center before12 h1]"},
+    {"EndsWithTheParagraph", SHEET "\\pard\\s1 a\\par\\pard\\s3 b\\par\\pard c",
+     "[a\n|16 b center before12 h1][b\n|first36 head36][c]"},
+    {"OfCharacters", SHEET "a{\\cs10 b}c", "[a][b|i #FF0000][c]"},
+    {"OfCharactersInAStyle", SHEET "\\pard\\s1 a{\\cs10\\b0 b}",
+     "[a|16 b center before12 h1][b|16 i #FF0000 center before12 h1]"},
+    {"NotInTheSheet", SHEET "\\s9 a{\\cs8 b}", "[ab]"},
+    {"Zero", SHEET "\\s0 a", "[a|10]"},
+    {"NameInPieces", "{\\stylesheet{\\s1 hea{d}ing\r\n 2;}}\\s1 a", "[a|h2]"},
+};
+INSTANTIATE_TEST_SUITE_P(Styles, RTFLooks, testing::ValuesIn(kStyles),
                          [](const auto& row) { return std::string(row.param.name); });
 
 constexpr Row kTables[] = {
@@ -237,26 +267,6 @@ constexpr Row kPictures[] = {
     {"HiddenPicture", "a{\\v{\\pict\\wmetafile8\\picwgoal200\\pichgoal100 0100}}b", "[ab]"},
 };
 INSTANTIATE_TEST_SUITE_P(Pictures, RTFLooks, testing::ValuesIn(kPictures),
-                         [](const auto& row) { return std::string(row.param.name); });
-
-struct Instruction {
-  const char* name;
-  std::u16string_view text, target;
-};
-class Hyperlink : public testing::TestWithParam<Instruction> {};
-TEST_P(Hyperlink, Target) { EXPECT_EQ(targetOfHyperlink(GetParam().text), GetParam().target); }
-constexpr Instruction kInstructions[] = {
-    {"Quoted", u" HYPERLINK \"http://a/ b\" ", u"http://a/ b"},
-    {"Bare", u"hyperlink http://a/ \\* MERGEFORMAT", u"http://a/"},
-    {"Place", u"HYPERLINK \\l \"x\"", u"#x"},
-    {"AddressAndPlace", u"HYPERLINK \"http://a/\" \\l \"x\"", u"http://a/#x"},
-    {"FrameAndTip", u"HYPERLINK \\t \"_blank\" \\o \"tip\" \"x:\"", u"x:"},
-    {"DoubledBackslashes", u"HYPERLINK \"\\\\\\\\server\\\\share\"", u"\\\\server\\share"},
-    {"Unfinished", u"HYPERLINK \"http://a", u"http://a"},
-    {"Other", u"PAGE", u""},
-    {"Nothing", u"HYPERLINK", u""},
-};
-INSTANTIATE_TEST_SUITE_P(Fields, Hyperlink, testing::ValuesIn(kInstructions),
                          [](const auto& row) { return std::string(row.param.name); });
 
 TEST(RTFLooksEdges, HostileTablesCostLittle) {

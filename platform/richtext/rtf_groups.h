@@ -2,7 +2,7 @@
 #pragma once
 
 #include <cstdint>
-#include <vector>
+#include <deque>
 
 namespace kelspar {
 
@@ -54,7 +54,7 @@ class RTFGroups {
     uint64_t groups;
   };
   State state_{};
-  std::vector<Saved> saved_;
+  std::deque<Saved> saved_;
   uint64_t opened_ = 0, depth_ = 0;
 };
 

@@ -11,6 +11,7 @@ enum class RTFAction : uint8_t {
   emit,         // `value` is the UTF-16 unit that the word stands for
   skip,         // a destination whose content is not shown
   show,         // a destination whose content is text, also behind "\*"
+  itemText,     // \listtext, \pntext: the marker of a list's item
   paragraph,    // \par
   section,      // \sect: ends a paragraph that has begun
   line,         // \line
@@ -26,6 +27,7 @@ enum class RTFAction : uint8_t {
   codePage,     // \ansicpg; or `value`, for \ansi, \mac, \pc, \pca
   defaultFont,  // \deff
   plain,        // \plain
+  pard,         // \pard
   hidden,       // \v, \deleted
   direction,    // \ltrch (0), \rtlch (1)
   upr,          // \upr: the ANSI form of what \ud repeats in Unicode
@@ -34,7 +36,12 @@ enum class RTFAction : uint8_t {
   htmlTag,      // \htmltag
   htmlRTF,      // \htmlrtf
   richOnly,     // a destination that matters to attributed text alone; `value` is an RTFDestination
+  field,        // \field
+  instruction,  // \fldinst
   fieldResult,  // \fldrslt
+  listTables,   // \listtable, \listoverridetable; `value` is an RTFDestination
+  levelText,    // \leveltext
+  list,         // describes lists, or names a paragraph's; `value` is an RTFFormatWord
   nestedRow,    // \nesttableprops: its words define a row of the nested table
   format,       // how text looks; `value` is one of RTFFormatWord
 };
@@ -44,13 +51,14 @@ enum class RTFDestination : uint8_t {
   body,
   fontTable,
   skipped,
+  listTable,
+  overrideTable,
+  levelText,
+  instruction,
   // For attributed text alone; plain text skips them.
   colorTable,
   styleSheet,
-  listTable,
-  overrideTable,
   numbering,  // \pn
-  instruction,
   picture,
 };
 
@@ -99,6 +107,7 @@ enum RTFFormatWord : int32_t {
   kLeftToRightParagraph,
   kOutlineLevel,
   kStyle,
+  kCharacterStyle,
   kInTable,
   kTableLevel,
   kListOverride,
@@ -124,7 +133,11 @@ enum RTFFormatWord : int32_t {
   kListId,
   kNumberFormat,
   kStartAt,
+  kFollow,
   kOverride,
+  kOverrideLevel,
+  kOverrideStart,
+  kOverrideFormat,
   kBulletNumbering,
   kDecimal,
   kUpperAlpha,

@@ -7,6 +7,7 @@
 
 #include "platform/foundation/scan.h"
 #include "platform/richtext/rtf_document_reader.h"
+#include "platform/richtext/rtf_fields.h"
 
 namespace kelspar {
 
@@ -25,6 +26,7 @@ NSAttributedString RTFReader::runAttributed() {
 void RTFReader::readAll() {
   // Pages of it that stay empty cost nothing.
   out_.reserve(tokens_.rest().size());
+  markersLeft_ = tokens_.rest().size();
   while (true) {
     const RTFToken token = tokens_.next();
     if (token.kind == RTFToken::Kind::end || !read(token)) break;
@@ -71,12 +73,40 @@ void RTFReader::endGroup() {
   leaveFallback();
   if (rich_ && groups_.depth() == 1) rich_->endText();
   const Destination ended = groups_.state().destination;
+  const uint32_t fields = groups_.state().fields;
   groups_.close();
-  if (!rich_) return;
-  rich_->close();
-  if (ended == groups_.state().destination) return;
-  rich_->leaves(ended);
-  if (ended == Destination::picture && isShown()) showPicture();
+  if (rich_) rich_->close();
+  if (ended != groups_.state().destination) leaves(ended);
+  if (fields > groups_.state().fields) endField();
+}
+
+void RTFReader::leaves(Destination ended) {
+  switch (ended) {
+    case Destination::listTable:
+    case Destination::overrideTable:
+      lists_.tablesEnd();
+      break;
+    case Destination::levelText:
+      lists_.levelTextEnds();
+      break;
+    case Destination::instruction:
+      symbol_ = symbolOfField(instruction_);
+      symbolAt_ = out_.size();
+      if (rich_) rich_->instruction(instruction_);
+      break;
+    case Destination::picture:
+      if (isShown()) showPicture();
+      break;
+    default:
+      if (rich_) rich_->leaves(ended);
+      break;
+  }
+}
+
+// The result of a symbol's field is the symbol in its font, or nothing but that font.
+void RTFReader::endField() {
+  const char16_t symbol = std::exchange(symbol_, u'\0');
+  if (symbol != 0 && out_.size() == symbolAt_) emit({&symbol, 1});
 }
 
 void RTFReader::showPicture() {
@@ -120,15 +150,23 @@ void RTFReader::describe(std::string_view bytes) {
     case Destination::picture:
       rich_->picture().hex(bytes);
       break;
-    case Destination::instruction: {
+    case Destination::instruction:
+      describe(bytes, &instruction_);
+      break;
+    case Destination::levelText: {
       std::u16string units;
-      page().append(bytes, &units);
-      rich_->instruction(units);
+      describe(bytes, &units);
+      lists_.levelText(units);
       break;
     }
     default:
       break;
   }
+}
+
+void RTFReader::describe(std::string_view bytes, std::u16string* units) const {
+  constexpr size_t kLongest = 4096;
+  if (units->size() < kLongest) page().append(bytes.substr(0, kLongest), units);
 }
 
 // A font's name ends in a semicolon.
@@ -152,7 +190,10 @@ void RTFReader::text(std::string_view bytes) {
   if (bytes.empty()) return;
   if (!isShown()) {
     describe(bytes);
-  } else if (pending_.empty() && symbolFont() == RTFSymbolFont::none) {
+    return;
+  }
+  beginItem();
+  if (pending_.empty() && symbolFont() == RTFSymbolFont::none) {
     // ASCII goes straight to the text; what else there is waits to be decoded.
     do {
       bytes.remove_prefix(appendASCII(bytes));
@@ -185,6 +226,7 @@ void RTFReader::hexByte(uint8_t byte) {
   if (fallback_ > 0) {
     --fallback_;
   } else if (isShown()) {
+    beginItem();
     pending_.push_back(static_cast<char>(byte));
   } else {
     const char c = static_cast<char>(byte);
@@ -285,6 +327,14 @@ void RTFReader::perform(const RTFKeyword& keyword, const RTFToken& token) {
       groups_.change().hidden = false;
       if (rich_) rich_->word(kPlain, 0, true, groups_.state().destination);
       break;
+    case RTFAction::pard:
+      flush();
+      endListOfParagraph();
+      if (rich_) rich_->word(kParagraphDefault, 0, true, groups_.state().destination);
+      break;
+    case RTFAction::list:
+      list(keyword, token.parameter);
+      break;
     case RTFAction::hidden:
       flush();
       groups_.change().hidden = isOn;
@@ -318,7 +368,11 @@ void RTFReader::unicode(const RTFToken& token) {
   } else if (value < 0x10000 && value != 0) {
     const auto unit = glyph(static_cast<char16_t>(value));
     emit({&unit, 1});
-    if (groups_.state().destination == Destination::instruction) rich_->instruction({&unit, 1});
+    if (groups_.state().destination == Destination::instruction) {
+      instruction_.push_back(unit);
+    } else if (groups_.state().destination == Destination::levelText) {
+      lists_.levelText({&unit, 1});
+    }
   }
   fallback_ = groups_.state().skipCount;
 }

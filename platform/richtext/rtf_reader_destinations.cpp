@@ -23,6 +23,7 @@ void RTFReader::symbol(uint8_t c) {
         break;
       }
       // The second half of a double-byte character may be one of these, escaped.
+      if (isShown()) beginItem();
       if (isShown() && awaitsTrailByte()) {
         pending_.push_back(static_cast<char>(c));
       } else {
@@ -54,6 +55,7 @@ void RTFReader::symbol(uint8_t c) {
 void RTFReader::endParagraph() {
   emit(purpose_ == RTFPurpose::html ? u"\r\n" : u"\n");
   if (!isShown()) return;
+  endItem();
   lineStart_ = plainLength();
   if (rich_) rich_->paragraphEnds();
 }
@@ -67,6 +69,7 @@ void RTFReader::endSection() {
 void RTFReader::endCell(bool nested) {
   emit(u"\t");
   if (!isShown()) return;
+  endItem();
   cellEnd_ = out_.size();
   plainCellEnd_ = plainLength();
   if (rich_) rich_->cellEnds(nested);
@@ -87,6 +90,44 @@ void RTFReader::endRow(bool nested) {
   cellEnd_ = 0;
   lineStart_ = plainLength();
   if (rich_) rich_->rowEnds(nested);
+}
+
+void RTFReader::writeMarker() {
+  const State& state = groups_.state();
+  hasMarker_ = true;
+  isCounted_ = true;
+  numbers_.count(state.list, state.listLevel);
+  const std::u16string marker = numbers_.marker(state.list, state.listLevel);
+  if (marker.size() > markersLeft_) return;
+  markersLeft_ -= marker.size();
+  out_.append(marker);
+}
+
+// Items that have their marker are counted, too: those without go on from them.
+void RTFReader::endItem() {
+  const State& state = groups_.state();
+  if (state.list > 0 && !isCounted_) numbers_.count(state.list, state.listLevel);
+  hasMarker_ = false;
+  isCounted_ = false;
+}
+
+void RTFReader::endListOfParagraph() {
+  if (groups_.state().list == 0 && groups_.state().listLevel == 0) return;
+  State& state = groups_.change();
+  state.list = 0;
+  state.listLevel = 0;
+}
+
+// A word of a list's description, or one that makes a paragraph an item.
+void RTFReader::list(const RTFKeyword& keyword, int32_t parameter) {
+  flush();
+  const Destination where = groups_.state().destination;
+  if (lists_.word(keyword.value, parameter, where)) return;
+  if (where == Destination::body && purpose_ != RTFPurpose::html) {
+    State& state = groups_.change();
+    (keyword.value == kListOverride ? state.list : state.listLevel) = parameter;
+  }
+  if (rich_) rich_->word(keyword.value, parameter, true, where);
 }
 
 // Typographic characters have names in HTML, whatever the page's charset.
@@ -111,6 +152,34 @@ void RTFReader::destination(const RTFKeyword& keyword, const RTFToken& token) {
     case RTFAction::richOnly:
       if (rich_ && isBody) {
         enter(static_cast<Destination>(keyword.value));
+      } else {
+        skip();
+      }
+      break;
+    case RTFAction::listTables:
+      if (isBody && purpose_ != RTFPurpose::html) {
+        enter(static_cast<Destination>(keyword.value));
+      } else {
+        skip();
+      }
+      break;
+    case RTFAction::levelText:
+      if (around == Destination::listTable || around == Destination::overrideTable) {
+        enter(Destination::levelText);
+      } else {
+        skip();
+      }
+      break;
+    case RTFAction::itemText:
+      if (isBody) hasMarker_ = true;
+      break;
+    case RTFAction::field:
+      ++groups_.change().fields;
+      break;
+    case RTFAction::instruction:
+      if (isBody && purpose_ != RTFPurpose::html) {
+        enter(Destination::instruction);
+        instruction_.clear();
       } else {
         skip();
       }
@@ -158,6 +227,8 @@ void RTFReader::selectFont(const RTFKeyword& keyword, int32_t font) {
   (isAssociated ? state.associatedFont : state.font) = font;
   if (state.destination == Destination::fontTable) {
     fontName_.clear();
+  } else if (!isAssociated && lists_.word(kFont, font, state.destination)) {
+    return;
   } else if (rich_) {
     rich_->word(isAssociated ? kAssociatedFont : kFont, font, true, state.destination);
   }
