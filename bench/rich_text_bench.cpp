@@ -88,10 +88,10 @@ void BM_RTFToHTML(benchmark::State& state) {
   count(state, rtf);
 }
 
-BENCHMARK(BM_RTFToText)->Range(1 << 16, 10 << 20);
-BENCHMARK(BM_RTFToText_Reference)->Range(1 << 16, 10 << 20);
-BENCHMARK(BM_RTFToAttributedText)->Range(1 << 16, 10 << 20);
-BENCHMARK(BM_RTFToHTML)->Range(1 << 16, 10 << 20);
+BENCHMARK(BM_RTFToText)->RangeMultiplier(10)->Range(100'000, 100'000'000);
+BENCHMARK(BM_RTFToText_Reference)->RangeMultiplier(10)->Range(100'000, 10'000'000);
+BENCHMARK(BM_RTFToAttributedText)->RangeMultiplier(10)->Range(100'000, 100'000'000);
+BENCHMARK(BM_RTFToHTML)->RangeMultiplier(10)->Range(100'000, 100'000'000);
 
 // One pattern again and again.
 void BM_Hostile(benchmark::State& state, const char* pattern) {
