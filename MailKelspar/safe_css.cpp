@@ -138,8 +138,14 @@ void appendDeclaration(std::u16string_view declaration, std::u16string* out, siz
   out->append(isColour ? u"background-color" : property).append(u": ").append(value);
 }
 
+// Names, combinators, attributes without quotation marks; nothing that calls or escapes.
 bool isSafeSelector(std::u16string_view selector) {
-  return !selector.empty() && selector.find_first_of(u"\\<&@\"'") == selector.npos;
+  return !selector.empty() && std::ranges::all_of(selector, [](char16_t c) {
+    const char16_t lower = c | 0x20;
+    return (lower >= u'a' && lower <= u'z') || (c >= u'0' && c <= u'9') || c >= 0xA0 ||
+           isBlank(c) ||
+           std::u16string_view(u"-_.#:,>+~*[]=|^$").find(c) != std::u16string_view::npos;
+  });
 }
 
 // The place behind the block that opens at `at`; blocks inside it are counted, not entered.

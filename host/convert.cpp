@@ -17,6 +17,7 @@
 #include "host/json_text.h"
 #include "host/message_html.h"
 #include "host/open_message.h"
+#include "platform/richtext/rtf_tokenizer.h"
 #include "platform/richtext/rtf_writer.h"
 
 namespace kelspar::host {
@@ -30,7 +31,7 @@ bool isCompressedRTF(const NSData& input) {
 }
 
 bool looksLikeRTF(const NSData& bytes) {
-  return static_cast<bool>(RTFData::stringFromRTFData(bytes));
+  return findRTFStart(bytes.chars()) != std::string_view::npos;
 }
 
 // A body with the attachments of the command line in place.

@@ -7,7 +7,9 @@
 #include <mutex>
 
 #include "MailKelspar/MailKelspar.h"
+#include "host/eml_bodies.h"
 #include "host/tnef_reader.h"
+#include "platform/richtext/rtf_tokenizer.h"
 
 namespace kelspar::host {
 
@@ -69,22 +71,10 @@ std::string lowerCase(const NSString& text) {
   return lower;
 }
 
-NSString escapedHTML(const NSString& text) {
-  std::u16string html;
-  for (const char16_t c : text.view()) {
-    if (c == u'<') {
-      html += u"&lt;";
-    } else if (c == u'&') {
-      html += u"&amp;";
-    } else {
-      html += c;
-    }
-  }
-  return NSString(std::move(html));
-}
-
-NSString joined(const NSString& a, std::u16string_view between, const NSString& b) {
-  return NSString(std::u16string(a.view()).append(between).append(b.view()));
+Object<GMimeMessage> parsed(std::string_view bytes) {
+  const Object<GMimeStream> stream(g_mime_stream_mem_new_with_buffer(bytes.data(), bytes.size()));
+  const Object<GMimeParser> parser(g_mime_parser_new_with_stream(stream.get()));
+  return Object<GMimeMessage>(g_mime_parser_construct_message(parser.get(), nullptr));
 }
 
 class Reader {
@@ -97,6 +87,8 @@ class Reader {
     if (GMimeObject* body = g_mime_message_get_mime_part(source)) {
       readPart(body, 0, /*alternative=*/false);
     }
+    message_->text = bodies_.takeText();
+    message_->html = bodies_.takeHTML();
     return message_;
   }
 
@@ -171,15 +163,15 @@ class Reader {
 
   void readAttachedMessage(GMimeMessagePart* part) {
     Attachment attachment = described(GMIME_OBJECT(part));
-    GMimeMessage* inside = g_mime_message_part_get_message(part);
-    if (inside) {
+    attachment.bytes = NSData(std::string());
+    if (GMimeMessage* inside = g_mime_message_part_get_message(part)) {
       const Object<GMimeStream> stream(g_mime_stream_mem_new());
       g_mime_object_write_to_stream(GMIME_OBJECT(inside), nullptr, stream.get());
       attachment.bytes = bytesOf(stream.get());
       if (depth_ < kMostNesting) attachment.message = Reader(options_, depth_ + 1).read(inside);
     }
     if (attachment.name.isEmpty() && attachment.message) {
-      attachment.name = joined(attachment.message->subject, u"", u".eml");
+      attachment.name = NSString(std::u16string(attachment.message->subject.view()) + u".eml");
     }
     message_->attachments.push_back(std::move(attachment));
   }
@@ -220,7 +212,7 @@ class Reader {
 
   bool takeBody(GMimeObject* part, const std::string& type, const NSData& bytes, bool alternative) {
     if (type == "text/rtf" || type == "application/rtf") {
-      if (message_->rtf) return false;
+      if (message_->rtf || findRTFStart(bytes.chars()) == std::string_view::npos) return false;
       message_->rtf = bytes;
       return true;
     }
@@ -234,66 +226,32 @@ class Reader {
     if (!options_.charset.empty()) charset = NSString(options_.charset);
     const NSString text = MailKelspar::textFromData(bytes, charset);
     if (isHTML) {
-      addHTML(text, charset, alternative);
+      if (bodies_.addHTML(text, alternative)) message_->htmlCharset = charset;
     } else {
-      addText(text, charset, alternative);
+      if (bodies_.addText(text, alternative)) message_->textCharset = charset;
     }
     return true;
-  }
-
-  // A second body behind the first (a list's footer, text around pictures) is read on as one.
-  void addText(const NSString& text, const NSString& charset, bool alternative) {
-    if (!message_->text && (!message_->html || alternative)) {
-      message_->text = text;
-      message_->textCharset = charset;
-      return;
-    }
-    if (alternative) return;
-    if (message_->text) message_->text = joined(message_->text, u"\n", text);
-    if (message_->html) {
-      const NSString shown = joined(u"<pre>", escapedHTML(text), u"</pre>");
-      message_->html = joined(message_->html, u"\n", shown);
-    }
-  }
-
-  void addHTML(const NSString& html, const NSString& charset, bool alternative) {
-    if (!message_->html) {
-      // Text that stood before it, and is no other form of it, is its beginning.
-      message_->html =
-          !alternative && message_->text && !hasAlternative_
-              ? joined(joined(u"<pre>", escapedHTML(message_->text), u"</pre>\n"), u"", html)
-              : html;
-      message_->htmlCharset = charset;
-      hasAlternative_ = hasAlternative_ || alternative;
-    } else if (!alternative) {
-      message_->html = joined(message_->html, u"\n<hr>\n", html);
-    }
   }
 
   bool takeTNEF(const NSData& bytes) {
     const auto inside = readTNEF(bytes, options_, depth_ + 1);
     if (!inside) return false;
-    if (!message_->html) message_->html = inside->html;
     if (!message_->rtf) {
       message_->rtf = inside->rtf;
       message_->rtfWasCompressed = inside->rtfWasCompressed;
     }
-    if (!message_->text) message_->text = inside->text;
+    bodies_.offer(inside->text, inside->html);
     if (!message_->subject) message_->subject = inside->subject;
     std::ranges::move(inside->attachments, std::back_inserter(message_->attachments));
     std::ranges::move(inside->faults, std::back_inserter(message_->faults));
     return true;
   }
 
-  static NSString joined(const NSString& a, const NSString& between, const NSString& b) {
-    return host::joined(a, between.view(), b);
-  }
-
   const ReadOptions& options_;
   const int depth_;
   std::shared_ptr<Message> message_ = std::make_shared<Message>();
+  EMLBodies bodies_;
   size_t parts_ = 0;
-  bool hasAlternative_ = false;
   bool overfull_ = false;
 };
 
@@ -308,11 +266,11 @@ bool looksLikeEML(const NSData& bytes) {
 }
 
 std::shared_ptr<Message> readEML(const NSData& bytes, const ReadOptions& options, int depth) {
+  if (bytes.isEmpty()) return nullptr;
   startLibrary();
-  const Object<GMimeStream> stream(
-      g_mime_stream_mem_new_with_buffer(bytes.chars().data(), bytes.length()));
-  const Object<GMimeParser> parser(g_mime_parser_new_with_stream(stream.get()));
-  const Object<GMimeMessage> source(g_mime_parser_construct_message(parser.get(), nullptr));
+  Object<GMimeMessage> source = parsed(bytes.chars());
+  // What does not begin with a header field is all body.
+  if (!source) source = parsed("\n" + std::string(bytes.chars()));
   return source ? Reader(options, depth).read(source.get()) : nullptr;
 }
 
