@@ -3,6 +3,7 @@
 #pragma once
 
 #include "platform/foundation/foundation.h"
+#include "platform/richtext/NSAttributedString.h"
 
 namespace kelspar {
 
@@ -43,12 +44,13 @@ class MailKelspar {
   // An RTF document of plain text, a line a paragraph. nil for nil.
   [[nodiscard]] static NSData rtfFromText(const NSString& text);
 
-  // Headers. Values are the bytes behind the field name's colon, folded or not. Linear.
+  // Headers. Values are the bytes behind the field name's colon, folded or not; texts that come out
+  // are on one line, with blanks for line ends and NULs. Linear.
 
   // The text of an unstructured value or of a phrase (RFC 2047), with the repairs that mail needs:
   // the bytes of adjacent words are joined before they are decoded, "_" is a space, words may stand
   // against punctuation and contain blanks, language tags (RFC 2231, 5) are dropped, bytes outside
-  // words are read as UTF-8 or else Windows-1252. Line ends and NULs never come out. nil for nil.
+  // words are read as UTF-8 or else Windows-1252. nil for nil.
   //
   //   decodeHeader("=?utf-8?Q?caf=C3?= =?utf-8?Q?=A9?=");  // "caf\u00E9"
   [[nodiscard]] static NSString decodeHeader(const NSData& value);
@@ -110,6 +112,28 @@ class MailKelspar {
   // body without a word gives way to one that has some.
   [[nodiscard]] static NSString bestBody(const NSString& text, const NSString& html,
                                          const NSData& rtf);
+
+  // Pages.
+
+  // The text as a PDF document whose lines are whole: one that a page's end would cut begins the
+  // next page, unless it is higher than a page. The readable sibling of
+  // createPdfDataFromAttributedString, which cuts pages at multiples of their height.
+  //
+  // `paper` is "A3", "A4", "A5", "B5", "Letter", "Legal", "Tabloid", in any case, or
+  // "WIDTHxHEIGHT" in millimetres, 50 to 2,000 a side; nil and empty are pages of 550 to 715
+  // points, as large as the lines. `margin` (points) is left free above and below and at least at
+  // the sides; lines are drawn smaller where they would not fit between. Without it the paper has
+  // half an inch above and below and at least 20 points at the sides, pages without a paper none.
+  //
+  // nil for nil and the empty text, for paper that is none of these, and for a margin that is
+  // negative, no number, or leaves less than an inch. Any thread may call. Linear.
+  //
+  //   createPdfDataFromAttributedString(NSAttributedString::initWithRTF(rtf), u"A4");
+  [[nodiscard]] static NSData createPdfDataFromAttributedString(const NSAttributedString& text,
+                                                                const NSString& paper);
+  [[nodiscard]] static NSData createPdfDataFromAttributedString(const NSAttributedString& text,
+                                                                const NSString& paper,
+                                                                double margin);
 };
 
 }  // namespace kelspar

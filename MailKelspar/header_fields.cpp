@@ -114,7 +114,10 @@ NSString assembled(const Pieces& parameter) {
     hasEscapes = hasEscapes || piece.second;
     bytes += piece.second ? unescaped(value) : std::string(value);
   }
-  if (hasEscapes) return MailKelspar::textFromData(NSData(bytes), NSString(charset));
+  if (hasEscapes) {
+    const NSString text = MailKelspar::textFromData(NSData(bytes), NSString(charset));
+    return NSString(headers::onOneLine(std::u16string(text.view())));
+  }
   return NSString(headers::decodedText(bytes));
 }
 
@@ -260,7 +263,8 @@ NSString MailKelspar::bareContentIdentifier(const NSString& value) {
   if (lowerCase(bare.substr(0, 4)) == "cid:") bare.remove_prefix(4);
   if (bare.starts_with('<')) bare.remove_prefix(1);
   if (bare.ends_with('>')) bare.remove_suffix(1);
-  return NSString(unescaped(trimmed(bare)));
+  const NSString identifier(unescaped(trimmed(bare)));
+  return NSString(headers::onOneLine(std::u16string(identifier.view())));
 }
 
 }  // namespace kelspar

@@ -23,6 +23,8 @@ constexpr ParameterRow kParameters[] = {
     {"Quoted", "a; name=\"x; \\\"y\\\".txt\"", u"name", u"x; \"y\".txt"},
     {"Comment", "a; (note; x=y) charset=z", u"charset", u"z"},
     {"CommentBehind", "a (b); charset=z (c)", u"charset", u"z (c)"},
+    {"EscapedLineEnd", "a; name*=utf-8''b%0D%0Ac%00", u"name", u"b  c "},
+    {"LineEndInAPiece", "a; name*1*=b\rc", u"name", u"b c"},
     {"Percent", "a; name*=utf-8'en'%e2%82%ac%20x", u"name", u"\u20AC x"},
     {"Continued", "a; name*0=one; name*1=\" two\"", u"name", u"one two"},
     {"ContinuedOutOfOrder", "a; name*1=b; name*0=a", u"name", u"ab"},
@@ -74,6 +76,7 @@ TEST(ContentIdentifiers, AreBare) {
   }
   EXPECT_EQ(MailKelspar::bareContentIdentifier(NSString(std::u16string_view(u"<a@b>\0", 6))),
             NSString(u"a@b"));
+  EXPECT_EQ(MailKelspar::bareContentIdentifier(u"<a%0Ab>"), NSString(u"a b"));
   EXPECT_FALSE(MailKelspar::bareContentIdentifier(nil));
 }
 

@@ -74,6 +74,12 @@ EncodedWord EncodedWords::at(size_t at) {
           text_.substr(from, end_ - from)};
 }
 
+std::u16string onOneLine(std::u16string text) {
+  std::ranges::replace_if(
+      text, [](char16_t c) { return c == 0 || c == u'\r' || c == u'\n'; }, u' ');
+  return text;
+}
+
 std::u16string decodedText(std::string_view text) {
   std::u16string out;
   EncodedWords words(text);
@@ -104,9 +110,7 @@ std::u16string decodedText(std::string_view text) {
     appendText(bytes, charset, &out);
   }
   appendRaw(text.substr(std::min(rawFrom, text.size())), &out);
-  std::ranges::replace_if(
-      out, [](char16_t c) { return c == 0 || c == u'\r' || c == u'\n'; }, u' ');
-  return out;
+  return onOneLine(std::move(out));
 }
 
 }  // namespace headers

@@ -26,7 +26,10 @@ class EncodedWords {
   size_t end_ = 0;  // the first "?=" at or behind the last search's place
 };
 
-// The text of header bytes with its words decoded.
+// The text with blanks for line ends and NULs.
+[[nodiscard]] std::u16string onOneLine(std::u16string text);
+
+// The text of header bytes with its words decoded, on one line.
 [[nodiscard]] std::u16string decodedText(std::string_view bytes);
 
 }  // namespace kelspar::headers

@@ -24,6 +24,12 @@ KELSPAR_OPERATIONS(MailKelspar) {
   mail.add("textFromHTML:", &MailKelspar::textFromHTML);
   mail.add("safeHTML:", &MailKelspar::safeHTML);
   mail.add("bestBody:html:rtf:", &MailKelspar::bestBody);
+  mail.add("createPdfDataFromAttributedString:onPaper:",
+           static_cast<NSData (*)(const NSAttributedString&, const NSString&)>(
+               &MailKelspar::createPdfDataFromAttributedString));
+  mail.add("createPdfDataFromAttributedString:onPaper:withMargin:",
+           static_cast<NSData (*)(const NSAttributedString&, const NSString&, double)>(
+               &MailKelspar::createPdfDataFromAttributedString));
 }
 
 }  // namespace kelspar

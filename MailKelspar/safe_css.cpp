@@ -106,11 +106,21 @@ std::u16string withoutComments(std::u16string_view css) {
   return plain;
 }
 
+// Whether every string in it ends (escapes are refused before).
+bool hasWholeStrings(std::u16string_view value) {
+  for (size_t at = 0; (at = value.find_first_of(u"'\"", at)) != value.npos; ++at) {
+    at = value.find(value[at], at + 1);
+    if (at == value.npos) return false;
+  }
+  return true;
+}
+
 // Escapes hide names, "(" calls functions: of these the colours' are harmless.
 bool isSafeValue(std::u16string_view lower) {
   if (lower.find_first_of(u"\\<>{}@&;") != lower.npos || lower.find(u'\0') != lower.npos) {
     return false;
   }
+  if (!hasWholeStrings(lower)) return false;
   for (size_t at = 0; (at = lower.find(u'(', at)) != lower.npos; ++at) {
     const auto before = lower.substr(0, at);
     if (!before.ends_with(u"rgb") && !before.ends_with(u"rgba") && !before.ends_with(u"hsl") &&
@@ -121,13 +131,28 @@ bool isSafeValue(std::u16string_view lower) {
   return lower.find(u"expression") == lower.npos && lower.find(u"javascript") == lower.npos;
 }
 
+// Addresses of the network that the text names, in any notation: "url(http://", "url('//",
+// "image-set(\"https://", "@import 'ftp://".
+size_t remoteAddresses(std::u16string_view css) {
+  size_t count = 0;
+  for (size_t at = 0; (at = css.find(u"//", at)) != css.npos; at += 2) {
+    const auto before = css.substr(0, at);
+    count +=
+        before.ends_with(u':') ||
+        (at > 0 && std::u16string_view(u"(\"' \t").find(css[at - 1]) != std::u16string_view::npos);
+  }
+  return count;
+}
+
 void appendDeclaration(std::u16string_view declaration, std::u16string* out, size_t* removed) {
   const size_t colon = declaration.find(u':');
   if (colon == declaration.npos) return;
   const std::u16string property = lowerCase(trimmed(declaration.substr(0, colon)));
   const std::u16string_view value = trimmed(declaration.substr(colon + 1));
   const std::u16string lower = lowerCase(value);
-  if (lower.find(u"url(") != lower.npos && lower.find(u"//") != lower.npos) ++*removed;
+  const size_t remote = remoteAddresses(value);
+  *removed += remote;
+  if (remote > 0) return;
   // "background" is often but a colour.
   const bool isColour = property == u"background" && lower.find(u'(') == lower.npos;
   if (!isColour && !std::ranges::binary_search(kProperties, std::u16string_view(property))) return;
@@ -190,15 +215,18 @@ std::u16string styleSheet(std::u16string_view css, size_t* removed) {
     if (open == rest.npos) break;
     const auto selector = trimmed(rest.substr(0, open));
     if (rest[open] == u';') {  // "@import ...;"
-      if (lowerCase(selector).starts_with(u"@import")) ++*removed;
+      *removed += remoteAddresses(selector);
       rest.remove_prefix(open + 1);
       continue;
     }
     const size_t end = endOfBlock(rest, open);
     if (isSafeSelector(selector)) {
-      const auto inside = rest.substr(open + 1, end - open - (end > open + 1 ? 2 : 1));
+      auto inside = rest.substr(open + 1, end - open - 1);
+      if (inside.ends_with(u'}')) inside.remove_suffix(1);
       const std::u16string kept = declarations(inside, removed);
       if (!kept.empty()) out.append(selector).append(u" { ").append(kept).append(u" }\n");
+    } else {
+      *removed += remoteAddresses(rest.substr(0, end));
     }
     rest.remove_prefix(end);
   }

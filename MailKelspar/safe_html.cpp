@@ -30,10 +30,10 @@ constexpr Tag kAllowed[] = {
     Tag::tr,         Tag::tt,     Tag::u,          Tag::ul,       Tag::var,     Tag::wbr,
 };
 
-// Gone with all that is inside.
+// Gone with all that is inside; of others that are not allowed what they enclose stays.
 constexpr Tag kDropped[] = {
-    Tag::script, Tag::template_, Tag::title,  Tag::iframe, Tag::noembed, Tag::noframes, Tag::svg,
-    Tag::math,   Tag::textarea,  Tag::select, Tag::audio,  Tag::video,   Tag::applet,
+    Tag::script,   Tag::template_, Tag::title, Tag::iframe, Tag::noembed,
+    Tag::noframes, Tag::svg,       Tag::math,  Tag::select, Tag::textarea,
 };
 
 constexpr std::u16string_view kAttributes[] = {
@@ -44,6 +44,9 @@ constexpr std::u16string_view kAttributes[] = {
 };
 static_assert(std::ranges::is_sorted(kAttributes));
 
+// What a browser would fetch without being asked to, besides links of some elements.
+constexpr std::u16string_view kFetching[] = {u"background", u"data",   u"dynsrc", u"lowsrc",
+                                             u"poster",     u"srcset", u"src"};
 constexpr std::u16string_view kLinkSchemes[] = {u"http:", u"https:", u"mailto:",
                                                 u"tel:",  u"ftp:",   u"cid:"};
 constexpr std::u16string_view kImageTypes[] = {
@@ -107,6 +110,7 @@ class SafeWriter {
   }
 
   void drop(const Token& token) {
+    if (token.kind == Token::Kind::startTag) countRemote(token.tag);
     if (token.tag != dropping_) return;
     if (token.kind == Token::Kind::startTag && !token.selfClosing) ++dropped_;
     if (token.kind == Token::Kind::endTag && --dropped_ == 0) dropping_ = Tag::none;
@@ -170,18 +174,35 @@ class SafeWriter {
 
   // An element that is left out altogether may have wanted something from the network.
   void countRemote(Tag tag) {
-    for (const char16_t* name : {u"src", u"href", u"data", u"background", u"poster"}) {
-      if (name == std::u16string_view(u"href") && tag != Tag::link) continue;
-      if (const Attribute* found = tokens_.attribute(name); found && isRemote(found->value())) {
-        ++removed_;
+    for (const Attribute& each : tokens_.attributes()) {
+      const std::u16string name = lowerCase(each.name);
+      const bool isLink = name == u"href" || name == u"xlink:href";
+      if (isLink ? tag != Tag::a && tag != Tag::area && tag != Tag::base
+                 : std::ranges::find(kFetching, name) != std::end(kFetching)) {
+        countAddresses(name, each.value());
       }
     }
     const Attribute* style = tokens_.attribute(u"style");
     if (style) (void)safe::declarations(style->value(), &removed_);
   }
 
+  void countAddresses(std::u16string_view name, std::u16string_view value) {
+    if (name != u"srcset") {
+      removed_ += isRemote(value);
+      return;
+    }
+    // Candidates apart by commas, each an address and what it is for (HTML, 4.8.4.2.1).
+    while (!value.empty()) {
+      const size_t comma = std::min(value.find(u','), value.size());
+      removed_ += isRemote(value.substr(0, comma));
+      value.remove_prefix(std::min(comma + 1, value.size()));
+    }
+  }
+
   static bool isRemote(std::u16string_view value) {
-    return beginsWithOneOf(address(value),
+    std::u16string place = address(value);
+    std::ranges::replace(place, u'\\', u'/');  // as browsers read them
+    return beginsWithOneOf(place,
                            std::array<std::u16string_view, 4>{u"http:", u"https:", u"//", u"ftp:"});
   }
 
@@ -195,8 +216,8 @@ class SafeWriter {
       if (beginsWithOneOf(link, kLinkSchemes)) append(name, link);
     } else if (name == u"src" && tag == Tag::img) {
       image(each.value());
-    } else if (name == u"background" || name == u"srcset" || name == u"src") {
-      removed_ += isRemote(each.value());
+    } else if (std::ranges::find(kFetching, name) != std::end(kFetching)) {
+      countAddresses(name, each.value());
     } else if (std::ranges::binary_search(kAttributes, std::u16string_view(name))) {
       append(name, each.value());
     }

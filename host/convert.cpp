@@ -17,7 +17,6 @@
 #include "host/json_text.h"
 #include "host/message_html.h"
 #include "host/open_message.h"
-#include "platform/richtext/rtf_tokenizer.h"
 #include "platform/richtext/rtf_writer.h"
 
 namespace kelspar::host {
@@ -31,7 +30,7 @@ bool isCompressedRTF(const NSData& input) {
 }
 
 bool looksLikeRTF(const NSData& bytes) {
-  return findRTFStart(bytes.chars()) != std::string_view::npos;
+  return static_cast<bool>(RTFData::stringFromRTFData(bytes));
 }
 
 // A body with the attachments of the command line in place.
@@ -262,6 +261,8 @@ int convert(const ConvertOptions& options) {
   if (!options.pdf.pageSize.empty() && options.to != "pdf") {
     throw Failure(kUsage, "--page-size needs --to pdf");
   }
+  if (options.pdf.margin && options.to != "pdf") throw Failure(kUsage, "--margin needs --to pdf");
+  if (!paperOf(options.pdf)) throw Failure(kUsage, "--margin leaves no room on the page");
   if (options.pdf.cutPages && options.to != "pdf") {
     throw Failure(kUsage, "--cut-pages needs --to pdf");
   }

@@ -7,9 +7,9 @@
 #include <mutex>
 
 #include "MailKelspar/MailKelspar.h"
+#include "RTFKelspar/RTFKelsparNSDataAdditions.h"
 #include "host/eml_bodies.h"
 #include "host/tnef_reader.h"
-#include "platform/richtext/rtf_tokenizer.h"
 
 namespace kelspar::host {
 
@@ -212,7 +212,7 @@ class Reader {
 
   bool takeBody(GMimeObject* part, const std::string& type, const NSData& bytes, bool alternative) {
     if (type == "text/rtf" || type == "application/rtf") {
-      if (message_->rtf || findRTFStart(bytes.chars()) == std::string_view::npos) return false;
+      if (message_->rtf || !RTFKelsparNSDataAdditions::stringFromRTFData(bytes)) return false;
       message_->rtf = bytes;
       return true;
     }

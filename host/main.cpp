@@ -36,6 +36,8 @@ void addPages(CLI::App* command, ConvertOptions& options, std::vector<std::strin
       ->check([](const std::string& name) -> std::string {
         return kelspar::PDFPaper::named(kelspar::NSString(name)) ? "" : name + " is no page size";
       });
+  command->add_option("--margin", options.pdf.margin,
+                      "With --to pdf: millimetres that stay free around the text");
   command->add_flag("--cut-pages", options.pdf.cutPages,
                     "With --to pdf: cut lines at page ends instead of keeping them whole");
 }

@@ -64,11 +64,19 @@ NSAttributedString assembledText(const NSData& rtf, const std::vector<Attachment
   return outcome->text;
 }
 
+std::optional<PDFPaper> paperOf(const PDFOutputOptions& options) {
+  constexpr double kPointsInMillimetre = 72 / 25.4;
+  const NSString name(options.pageSize);
+  const std::optional<PDFPaper> paper = name.isEmpty() ? PDFPaper() : PDFPaper::named(name);
+  if (!paper || !options.margin) return paper;
+  return paper->withMargin(*options.margin * kPointsInMillimetre);
+}
+
 std::string pdfOf(const NSAttributedString& text, const NSString& title,
                   const PDFOutputOptions& options, const std::string& name) {
   if (text.length() == 0) throw Failure(kInputFailed, name + ": has no text for a page");
   std::string document;
-  const PDFPaper paper = PDFPaper::named(NSString(options.pageSize)).value_or(PDFPaper());
+  const PDFPaper paper = paperOf(options).value_or(PDFPaper());
   writePDF(text, {.keepsLinesWhole = !options.cutPages, .paper = paper, .title = title},
            [&document](std::string_view piece) {
              document.append(piece);

@@ -7,6 +7,7 @@ import base64
 import json
 import os
 import pathlib
+import re
 import resource
 import subprocess
 import sys
@@ -296,6 +297,17 @@ class CommandLine(unittest.TestCase):
             self.assertIn(box, subprocess.run(['pdfinfo', out], capture_output=True, text=True).stdout)
         self.assert_fails(run('convert', self.sample, '--to', 'pdf', '--page-size', 'A99'), 2, 'A99')
         self.assert_fails(run('convert', self.sample, '--page-size', 'A4'), 2, '--to pdf')
+
+    def test_margins(self):
+        out = self.path / 'out.pdf'
+        arguments = ('convert', self.sample, '--to', 'pdf', '-o', out, '--margin')
+        self.assertEqual(run(*arguments, '25.4', '--page-size', 'A4').returncode, 0)
+        words = subprocess.run(['pdftotext', '-bbox', out, '-'], capture_output=True, text=True).stdout
+        self.assertGreaterEqual(min(float(x) for x in re.findall(r'xMin="([0-9.]+)"', words)), 71.5)
+        self.assertEqual(run(*arguments, '5').returncode, 0)
+        for margin in ('-1', '100'):
+            self.assert_fails(run(*arguments, margin), 2, 'no room')
+        self.assert_fails(run('convert', self.sample, '--margin', '5'), 2, '--to pdf')
 
     def test_message_to_html(self):
         html = run('convert', self.mail(), '--to', 'html').stdout.decode()

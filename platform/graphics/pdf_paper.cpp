@@ -19,17 +19,21 @@ constexpr Row kPapers[] = {
 };
 
 constexpr double kPointsInMillimetre = 72 / 25.4;
-constexpr double kTop = 36, kLeastSide = 20;
+constexpr double kTop = 36, kLeastSide = 20, kInch = 72;
+
+PDFPaper withMargins(PDFPaper paper, double top, double leastSide) {
+  const double lines = PDFPaper().width;
+  paper.scale = std::min(1.0, (paper.width - 2 * leastSide) / lines);
+  paper.left = (paper.width - paper.scale * lines) / 2;
+  paper.top = top;
+  return paper;
+}
 
 PDFPaper paperOf(double widthInMillimetres, double heightInMillimetres) {
-  const PDFPaper plain;
   PDFPaper paper;
   paper.width = widthInMillimetres * kPointsInMillimetre;
   paper.height = heightInMillimetres * kPointsInMillimetre;
-  paper.scale = std::min(1.0, (paper.width - 2 * kLeastSide) / plain.width);
-  paper.left = (paper.width - paper.scale * plain.width) / 2;
-  paper.top = kTop;
-  return paper;
+  return withMargins(paper, kTop, kLeastSide);
 }
 
 // False: `text` is no number of that range.
@@ -56,6 +60,12 @@ std::optional<PDFPaper> PDFPaper::named(const NSString& name) {
     return {};
   }
   return paperOf(width, height);
+}
+
+std::optional<PDFPaper> PDFPaper::withMargin(double points) const {
+  // "Not at least" refuses NaN as well.
+  if (!(points >= 0) || std::min(width, height) - 2 * points < kInch) return {};
+  return withMargins(*this, points, points);
 }
 
 }  // namespace kelspar

@@ -19,6 +19,11 @@ struct PDFPaper {
   // millimetres, 50 to 2,000 a side. Margins are half an inch above and below and at least 20
   // points at the sides; on narrow paper lines are drawn smaller. Nothing for anything else.
   [[nodiscard]] static std::optional<PDFPaper> named(const NSString& name);
+
+  // The paper with that margin above and below, and at least that at the sides; lines are drawn
+  // smaller where they would not fit between. Nothing for a margin that is negative or no number,
+  // and for one that leaves less than an inch.
+  [[nodiscard]] std::optional<PDFPaper> withMargin(double points) const;
 };
 
 }  // namespace kelspar

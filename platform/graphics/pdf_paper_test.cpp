@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <limits>
 
 #include "platform/graphics/pdf_tools.h"
 
@@ -29,6 +30,23 @@ INSTANTIATE_TEST_SUITE_P(Names, NoPaper,
                          testing::Values("", "A", "A10", "210", "210x", "x297", "210x297x3",
                                          "nanxnan", "1e2x100", "-100x100", "49x100", "100x2001",
                                          " A4"));
+
+TEST(PDFPaper, HasMargins) {
+  const auto a4 = PDFPaper::named(u"A4")->withMargin(72);
+  ASSERT_TRUE(a4);
+  EXPECT_EQ(a4->left, 72);
+  EXPECT_EQ(a4->top, 72);
+  EXPECT_NEAR(a4->scale, (595.28 - 144) / 550, 0.001);
+  const auto wide = PDFPaper::named(u"A3")->withMargin(10);
+  ASSERT_TRUE(wide);
+  EXPECT_EQ(wide->scale, 1);
+  EXPECT_NEAR(wide->left, (841.9 - 550) / 2, 0.1);
+  EXPECT_EQ(PDFPaper().withMargin(0)->textHeight(), 715);
+  for (const double bad : {-1.0, 240.0, 1e300, std::numeric_limits<double>::infinity(),
+                           std::numeric_limits<double>::quiet_NaN()}) {
+    EXPECT_FALSE(PDFPaper().withMargin(bad)) << bad;
+  }
+}
 
 // A line at each end of a page, a link, on every paper: inside the margins.
 TEST(PDFPaper, HoldsItsLinesInsideTheMargins) {
