@@ -5,7 +5,8 @@
 
 namespace kelspar {
 
-// Formats: PNG, JPEG, GIF, BMP, TIFF, ICO; WebP and SVG where GDK-PixBuf has loaders for them.
+// Formats: PNG, JPEG, GIF, BMP, TIFF, ICO; WebP and SVG where GDK-PixBuf has loaders for them. SVG
+// that could keep a renderer busy is none (docs/pdf.md).
 // Immutable; any thread may use it.
 class NSImage {
  public:

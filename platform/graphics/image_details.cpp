@@ -8,6 +8,8 @@
 #include <cmath>
 #include <optional>
 
+#include "platform/graphics/svg_claims.h"
+
 namespace kelspar {
 
 namespace {
@@ -156,6 +158,29 @@ void readBMP(std::string_view bytes, ImageDetails* details) {
   setDots(fields.u32(38) * kMetresAnInch, fields.u32(42) * kMetresAnInch, details);
 }
 
+// RFC 9649: a bit stream alone, lossy or lossless, or behind a header for both. The loader would
+// decode the whole image to tell its size.
+PixelSize readWebPSize(std::string_view bytes) {
+  const Fields fields(bytes, false);
+  const std::string_view chunk = bytes.substr(0, 30).substr(std::min<size_t>(bytes.size(), 12));
+  const auto sizeOf = [](uint32_t width, uint32_t height) {
+    return PixelSize{static_cast<int>(width), static_cast<int>(height)};
+  };
+  if (chunk.starts_with("VP8 ")) return sizeOf(fields.u16(26) & 0x3FFF, fields.u16(28) & 0x3FFF);
+  if (chunk.starts_with("VP8X")) return sizeOf(fields.read(24, 3) + 1, fields.read(27, 3) + 1);
+  if (!chunk.starts_with("VP8L") || fields.read(20, 1) != 0x2F) return {};
+  const uint32_t sizes = fields.u32(21);
+  return sizeOf((sizes & 0x3FFF) + 1, (sizes >> 14 & 0x3FFF) + 1);
+}
+
+bool isInstalled(const char* loaderName) {
+  GdkPixbufLoader* loader = gdk_pixbuf_loader_new_with_type(loaderName, nullptr);
+  if (!loader) return false;
+  gdk_pixbuf_loader_close(loader, nullptr);
+  g_object_unref(loader);
+  return true;
+}
+
 // What a loader would take memory for before it sees that the file is not that long.
 bool areClaimsBearable(std::string_view bytes, std::string_view loader) {
   const Fields fields(bytes, false);
@@ -165,6 +190,7 @@ bool areClaimsBearable(std::string_view bytes, std::string_view loader) {
     return fields.u32(14) <= kLongestHeader && fields.u32(10) <= bytes.size() &&
            (!hasColorCount || fields.u32(46) <= kMostColors);
   }
+  if (loader == "svg") return svgClaimsOf(bytes).mostPixels > 0;
   if (loader != "ico") return true;
   constexpr size_t kEntrySize = 16;
   for (size_t i = 0; i < fields.u16(4); ++i) {
@@ -188,7 +214,9 @@ ImageDetails imageDetailsOf(const NSData& file) {
   if (loader == "bmp") readBMP(bytes, &details);
   if (loader == "tiff") readTIFF(bytes, &details);
   if (!details.isPlainJPEG) {
-    const PixelSize size = readSize(file, format.loader);
+    const bool isWebP = loader == "webp";
+    if (isWebP && !isInstalled(format.loader)) return {};
+    const PixelSize size = isWebP ? readWebPSize(bytes) : readSize(file, format.loader);
     details.width = size.width;
     details.height = size.height;
   }

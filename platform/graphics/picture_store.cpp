@@ -5,12 +5,15 @@
 #include <cairo.h>
 #include <gdk-pixbuf/gdk-pixbuf.h>
 
+#include <algorithm>
+#include <cmath>
 #include <cstdint>
 #include <cstring>
 
 #include "platform/graphics/NSImage.h"
 #include "platform/graphics/image_details.h"
 #include "platform/graphics/image_format.h"
+#include "platform/graphics/svg_claims.h"
 
 namespace kelspar {
 
@@ -79,11 +82,28 @@ void refuseLarge(GdkPixbufLoader* loader, int width, int height, gpointer) {
   if (!isImageSizeBearable(width, height)) gdk_pixbuf_loader_set_size(loader, 0, 0);
 }
 
-cairo_surface_t* decodedSurface(const NSData& file) {
+// Drawings are sharp at any size: three pixels a point, or as many as they are granted.
+void setDrawnSize(GdkPixbufLoader* loader, int width, int height, gpointer granted) {
+  constexpr double kSharp = 3;
+  const double pixels = static_cast<double>(*static_cast<const int64_t*>(granted));
+  const double own = static_cast<double>(width) * height;
+  const double scale = own > 0 ? std::min(kSharp, std::sqrt(pixels / own)) : 0;
+  const auto scaled = [scale](int side) {
+    return std::max(1, static_cast<int>(std::min(side * scale, 10'000.0)));
+  };
+  gdk_pixbuf_loader_set_size(loader, scaled(width), scaled(height));
+}
+
+// `drawnPixels`: of a drawing; 0 for what has pixels of its own.
+cairo_surface_t* decodedSurface(const NSData& file, int64_t drawnPixels) {
   GdkPixbufLoader* loader =
       gdk_pixbuf_loader_new_with_type(imageFormatOf(file.chars()).loader, nullptr);
   if (!loader) return nullptr;
-  g_signal_connect(loader, "size-prepared", G_CALLBACK(refuseLarge), nullptr);
+  if (drawnPixels > 0) {
+    g_signal_connect(loader, "size-prepared", G_CALLBACK(setDrawnSize), &drawnPixels);
+  } else {
+    g_signal_connect(loader, "size-prepared", G_CALLBACK(refuseLarge), nullptr);
+  }
   gdk_pixbuf_loader_write(loader, file.bytes(), file.length(), nullptr);
   gdk_pixbuf_loader_close(loader, nullptr);
   cairo_surface_t* surface = nullptr;
@@ -133,6 +153,21 @@ void PictureStore::makeRoom() {
   keptPixels_ = 0;
 }
 
+// Drawing counts as decoding, by what it may cost.
+cairo_surface_t* PictureStore::drawnSurface(const NSData& file) {
+  constexpr int64_t kWorkADecodedPixel = 500;
+  if (decodedPixels_ >= kMostDecoded) return nullptr;
+  const SVGClaims claims = svgClaimsOf(file.chars());
+  cairo_surface_t* surface = decodedSurface(file, claims.mostPixels);
+  decodedPixels_ += 10 * file.length();
+  if (!surface) return nullptr;
+  const int64_t pixels =
+      int64_t{cairo_image_surface_get_width(surface)} * cairo_image_surface_get_height(surface);
+  decodedPixels_ += static_cast<size_t>(pixels + pixels * claims.workAPixel / kWorkADecodedPixel);
+  keptPixels_ += static_cast<size_t>(pixels);
+  return surface;
+}
+
 const StoredPicture* PictureStore::find(const NSData& file) {
   if (file.isEmpty()) return nullptr;
   const std::string digest = digestOf(file);
@@ -146,10 +181,12 @@ const StoredPicture* PictureStore::find(const NSData& file) {
   if (details.isPlainJPEG) {
     picture.surface = jpegSurface(file, details);
     picture.turn = turnFor(details.orientation);
+  } else if (details.format->loader == std::string_view("svg")) {
+    picture.surface = drawnSurface(file);
   } else if (decodedPixels_ + pixels <= kMostDecoded) {
     decodedPixels_ += pixels;
     keptPixels_ += pixels;
-    picture.surface = decodedSurface(file);
+    picture.surface = decodedSurface(file, 0);
   }
   if (!picture.surface) return nullptr;
   picture.width = cairo_image_surface_get_width(picture.surface);

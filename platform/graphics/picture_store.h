@@ -35,6 +35,7 @@ class PictureStore {
 
  private:
   void makeRoom();
+  [[nodiscard]] cairo_surface_t* drawnSurface(const NSData& file);
 
   std::map<std::string, StoredPicture> pictures_;  // by the digest of their bytes
   size_t keptPixels_ = 0, decodedPixels_ = 0;
