@@ -12,6 +12,8 @@
 #include "platform/graphics/picture_store.h"
 #include "platform/graphics/picture_tools.h"
 #include "platform/graphics/svg_claims.h"
+#include "platform/richtext/metafile.h"
+#include "platform/richtext/metafile_tools.h"
 
 namespace kelspar {
 namespace {
@@ -150,6 +152,21 @@ TEST(Drawings, WorkIsBounded) {
     EXPECT_EQ(svgClaimsOf(row.file).mostPixels, 0) << row.name;
     EXPECT_FALSE(NSImage::initWithData(NSData(row.file))) << row.name;
   }
+}
+
+// A window of 100 x 50 under a red rectangle and a line of text.
+TEST(Drawings, MetafilesAreDrawn) {
+  using namespace testtools;
+  const std::string red =
+      wmfRecord(0x2FC, words({0}) + longs({0x0000FF}) + words({0})) + wmfRecord(0x12D, words({0}));
+  const MetafilePicture picture =
+      pictureOfWMF(wmf(red + wmfRecord(0x41B, words({50, 100, 0, 0})) +
+                       wmfRecord(0x521, words({2}) + "ab" + words({1, 1}))),
+                   {200, 100});
+  EXPECT_EQ(colorInTheMiddle(picture.file), kRed);
+  const NSImage image = NSImage::initWithData(NSData(picture.file));
+  ASSERT_TRUE(image);
+  EXPECT_EQ(image.width(), 200);
 }
 
 TEST(Drawings, WebP) {

@@ -13,7 +13,7 @@ namespace kelspar {
 
 namespace {
 
-constexpr size_t kLongest = 131'072, kLongestWithText = 32'768;
+constexpr size_t kLongest = 131'072, kMostLetters = 32'768;
 constexpr std::string_view kRefused[] = {
     "<!ENTITY", "filter", "foreignObject", "xml-stylesheet", "@import",
 };
@@ -101,6 +101,18 @@ int64_t costAPixel(std::string_view file) {
   return 1;
 }
 
+// What stands outside of tags, and what looks so.
+size_t lettersOf(std::string_view file) {
+  if (contains(file, "CDATA")) return file.size();
+  size_t letters = 0;
+  for (size_t at = 0; at < file.size();) {
+    const size_t tag = std::min(file.size(), file.find('<', at));
+    letters += tag - at;
+    at = std::min(file.size(), file.find('>', tag)) + 1;
+  }
+  return letters;
+}
+
 size_t timesIn(std::string_view file, std::string_view word) {
   size_t times = 0;
   for (size_t at = 0; (at = file.find(word, at)) != file.npos; ++at) ++times;
@@ -123,8 +135,8 @@ SVGClaims svgClaimsOf(std::string_view file) {
   if (contains(file, "style") && isDisguised) return {};
   Images images(file);
   if (!images.areBearable()) return {};
-  const bool hasText = findElement(file, "text", 0) != file.npos;
-  if (file.size() - images.length() > (hasText ? kLongestWithText : kLongest)) return {};
+  if (file.size() - images.length() > kLongest) return {};
+  if (findElement(file, "text", 0) != file.npos && lettersOf(file) > kMostLetters) return {};
   if (timesIn(file, "clip-path") > kMostClips) return {};
   const auto elements = static_cast<int64_t>(std::ranges::count(file, '<'));
   const int64_t work = elements * costAPixel(file) + 1, pixels = std::min(kMost, kWork / work);

@@ -34,9 +34,9 @@ namespace html {
 
 namespace {
 
-constexpr std::u16string_view kImageTypes[] = {u"image/png",  u"image/jpeg", u"image/gif",
-                                               u"image/bmp",  u"image/webp", u"image/x-wmf",
-                                               u"image/x-emf"};
+constexpr std::u16string_view kImageTypes[] = {u"image/png",   u"image/jpeg",   u"image/gif",
+                                               u"image/bmp",   u"image/webp",   u"image/x-wmf",
+                                               u"image/x-emf", u"image/svg+xml"};
 
 bool isBreak(char16_t c) { return c == 0x2028 || c == u'\r'; }
 

@@ -3,6 +3,9 @@
 
 #include <array>
 
+#include "platform/richtext/device_bitmap.h"
+#include "platform/richtext/metafile.h"
+
 namespace kelspar {
 
 namespace {
@@ -16,37 +19,6 @@ constexpr auto kDigits = [] {
   }
   return digits;
 }();
-
-uint32_t little(std::string_view bytes, size_t at, size_t size) {
-  uint32_t value = 0;
-  for (size_t i = 0; i < size; ++i) {
-    value |= static_cast<uint32_t>(static_cast<uint8_t>(bytes[at + i])) << 8 * i;
-  }
-  return value;
-}
-
-void putLittle(uint32_t value, std::string* out) {
-  for (int shift = 0; shift < 32; shift += 8) *out += static_cast<char>(value >> shift);
-}
-
-// A BITMAPFILEHEADER before the bitmap; nothing when it has no proper header of its own.
-std::string bitmapFile(std::string_view bitmap) {
-  constexpr size_t kInfoHeader = 40, kFileHeader = 14;
-  if (bitmap.size() < kInfoHeader) return {};
-  const uint64_t header = little(bitmap, 0, 4);
-  if (header < kInfoHeader || header > bitmap.size()) return {};
-  const uint32_t depth = little(bitmap, 14, 2), compression = little(bitmap, 16, 4);
-  uint64_t colors = little(bitmap, 32, 4);
-  if (colors == 0 && depth <= 8) colors = uint64_t{1} << depth;
-  const bool hasMasks = compression == 3 && header == kInfoHeader;  // BI_BITFIELDS
-  const uint64_t pixels = kFileHeader + header + (hasMasks ? 12 : 0) + colors * 4;
-  if (pixels > bitmap.size() + kFileHeader) return {};
-  std::string file = "BM";
-  putLittle(static_cast<uint32_t>(bitmap.size() + kFileHeader), &file);
-  putLittle(0, &file);
-  putLittle(static_cast<uint32_t>(pixels), &file);
-  return file.append(bitmap);
-}
 
 // In points. A metafile's own size is in hundredths of a millimetre, a bitmap's in pixels.
 double points(int32_t wanted, int32_t size, int32_t scale, bool metafile) {
@@ -122,6 +94,18 @@ RTFPicture::Kind RTFPicture::kindByBytes() const {
   return kind_ == Kind::png || kind_ == Kind::jpeg ? Kind::unknown : kind_;
 }
 
+// What cannot be shown keeps its kind and its place.
+void RTFPicture::takeMetafile(bool isOld, NSTextAttachment* attachment) const {
+  const MetafileSize size{attachment->width, attachment->height};
+  const MetafilePicture picture = isOld ? pictureOfWMF(bytes_, size) : pictureOfEMF(bytes_, size);
+  attachment->type = isOld ? u"image/x-wmf"_ns : u"image/x-emf"_ns;
+  if (picture.file.empty()) return;
+  attachment->type = NSString(picture.type);
+  attachment->contents = NSData(picture.file);
+  attachment->width = picture.size.width;
+  attachment->height = picture.size.height;
+}
+
 std::shared_ptr<const NSTextAttachment> RTFPicture::attachment() && {
   const Kind kind = kindByBytes();
   const bool isMetafile = kind == Kind::metafile || kind == Kind::enhancedMetafile;
@@ -144,10 +128,8 @@ std::shared_ptr<const NSTextAttachment> RTFPicture::attachment() && {
       }
       break;
     case Kind::metafile:
-      attachment->type = u"image/x-wmf"_ns;
-      break;
     case Kind::enhancedMetafile:
-      attachment->type = u"image/x-emf"_ns;
+      takeMetafile(kind == Kind::metafile, attachment.get());
       break;
     case Kind::unknown:
       break;

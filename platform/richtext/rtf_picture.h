@@ -16,13 +16,14 @@ class RTFPicture {
   void hex(std::string_view digits);
   void binary(std::string_view bytes) { bytes_.append(bytes); }
 
-  // PNG and JPEG as they are, a device-independent bitmap as a BMP file. Other kinds have no
-  // contents, only a size. Null when there is nothing to show.
+  // PNG and JPEG as they are, a device-independent bitmap as a BMP file, a metafile as what it
+  // draws. Other kinds have no contents, only a size. Null when there is nothing to show.
   [[nodiscard]] std::shared_ptr<const NSTextAttachment> attachment() &&;
 
  private:
   enum class Kind : uint8_t { unknown, png, jpeg, bitmap, metafile, enhancedMetafile };
   [[nodiscard]] Kind kindByBytes() const;
+  void takeMetafile(bool isOld, NSTextAttachment* attachment) const;
 
   Kind kind_ = Kind::unknown;
   int32_t width_ = 0, height_ = 0;              // pixels, or hundredths of a millimetre
