@@ -71,7 +71,11 @@ std::shared_ptr<const NSParagraphStyle> styleFrom(Reader& in) {
     cell.columnSpan = in.byte() % 5;
     cell.columns = in.byte();
     if (depth % 2 == 0) cell.width = in.points();
-    if (depth % 3 == 0) cell.border = in.points();
+    if (depth % 3 == 0) {
+      for (NSTextBorder* side : {&cell.borders.top, &cell.borders.right, &cell.borders.left}) {
+        *side = {static_cast<float>(in.points()), {in.byte(), 0, 0}};
+      }
+    }
     if (depth % 3 == 1) cell.background = NSColor{1, 2, 3};
     style->cells.push_back(cell);
   }

@@ -82,22 +82,50 @@ struct Cell {
   size_t column, span;
 };
 
-void addBox(double left, double top, double width, double height, double border,
-            const std::optional<NSColor>& background, std::vector<PageLine>* lines) {
-  if (border <= 0 && !background) return;
+double widthOf(const NSTextBorder& border) {
+  constexpr double kWidest = 20;
+  return bounded(double{border.width}, 0, kWidest);
+}
+
+double widestBorder(const NSTextTableCell& cell) {
+  const NSTextBorders& borders = cell.borders;
+  return std::max({widthOf(borders.top), widthOf(borders.right), widthOf(borders.bottom),
+                   widthOf(borders.left)});
+}
+
+// Lines along the sides of a cell lie half inside it.
+void addBorders(const NSTextBorders& borders, double width, double height, double left, double down,
+                PageLine* box) {
+  const auto across = [&](const NSTextBorder& border, double y) {
+    const double line = widthOf(border), half = line / 2;
+    if (line > 0) {
+      box->fills.push_back({left - half, down + y - half, width + line, line, border.color});
+    }
+  };
+  const auto along = [&](const NSTextBorder& border, double x) {
+    const double line = widthOf(border), half = line / 2;
+    if (line > 0) {
+      box->fills.push_back({left + x - half, down - half, line, height + line, border.color});
+    }
+  };
+  across(borders.top, 0);
+  across(borders.bottom, height);
+  along(borders.left, 0);
+  along(borders.right, width);
+}
+
+void addBox(double left, double top, double width, double height, const NSTextTableCell& cell,
+            std::vector<PageLine>* lines) {
+  const auto background = cell.rowSpan > 0 ? cell.background : std::nullopt;
+  const double widest = widestBorder(cell);
+  if (widest <= 0 && !background) return;
   PageLine& box = lines->emplace_back();
-  box.top = top - border / 2;
-  box.bottom = top + height + border / 2;
+  const double down = widest / 2;
+  box.top = top - down;
+  box.bottom = top + height + down;
   box.mayBeCut = true;
-  const double down = border / 2;
   if (background) box.fills.push_back({left, down, width, height, *background});
-  if (border <= 0) return;
-  const NSColor kLines{};
-  const double half = border / 2;
-  box.fills.push_back({left - half, 0, width + border, border, kLines});
-  box.fills.push_back({left - half, height, width + border, border, kLines});
-  box.fills.push_back({left - half, 0, border, height + border, kLines});
-  box.fills.push_back({left + width - half, 0, border, height + border, kLines});
+  addBorders(cell.borders, width, height, left, down, &box);
 }
 
 class Flow {
@@ -288,15 +316,14 @@ class Flow {
       const double left = edges[cell.column];
       const double top = tops[cell.firstRow - firstRow];
       addBox(left, top, edges[cell.column + cell.span] - left,
-             tops[cell.lastRow - firstRow + 1] - top, bounded(cell.place->border, 0, 20),
-             cell.place->rowSpan > 0 ? cell.place->background : std::nullopt, lines);
+             tops[cell.lastRow - firstRow + 1] - top, *cell.place, lines);
     }
     std::ranges::move(contents, std::back_inserter(*lines));
     return tops.back();
   }
 
   static double insetOf(const NSTextTableCell& cell) {
-    return cell.border > 0 || cell.background ? 2 : 0.5;
+    return widestBorder(cell) > 0 || cell.background ? 2 : 0.5;
   }
 
   ParagraphReader reader_;

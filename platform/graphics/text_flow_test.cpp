@@ -120,7 +120,7 @@ TEST(TextFlow, CellsStandSideBySide) {
                       .column = 1,
                       .columns = 2,
                       .width = 100,
-                      .border = 1,
+                      .borders = NSTextBorders::all({1, {}}),
                       .background = NSColor{255, 0, 0}})
       .cell(u"c1\t", {.row = 1, .column = 0, .columns = 2, .width = 200})
       .cell(u"d1\n", {.row = 1, .column = 1, .columns = 2, .width = 100});
@@ -173,7 +173,12 @@ TEST(TextFlow, CellsGoOverPages) {
     right += NSString("r" + std::to_string(i) + "\n").view();
   }
   Table table;
-  table.cell(left, {.row = 0, .column = 0, .columns = 2, .width = 200, .border = 1})
+  table
+      .cell(left, {.row = 0,
+                   .column = 0,
+                   .columns = 2,
+                   .width = 200,
+                   .borders = NSTextBorders::all({1, {}})})
       .cell(right, {.row = 0, .column = 1, .columns = 2, .width = 200});
   for (const bool keeps : {false, true}) {
     const PDFFile file(table.done(), {.keepsLinesWhole = keeps, .title = nil});

@@ -43,6 +43,22 @@ struct NSTextList {
   friend bool operator==(const NSTextList&, const NSTextList&) = default;
 };
 
+// A line along a side of a cell.
+struct NSTextBorder {
+  float width = 0;  // 0: none
+  NSColor color{};
+  friend bool operator==(const NSTextBorder&, const NSTextBorder&) = default;
+};
+
+struct NSTextBorders {
+  NSTextBorder top{}, right{}, bottom{}, left{};
+  // The same on all sides.
+  [[nodiscard]] static NSTextBorders all(const NSTextBorder& border) {
+    return {border, border, border, border};
+  }
+  friend bool operator==(const NSTextBorders&, const NSTextBorders&) = default;
+};
+
 // The cell that a paragraph stands in. Cells of one table share `table`; paragraphs of one cell
 // share row and column.
 struct NSTextTableCell {
@@ -52,7 +68,7 @@ struct NSTextTableCell {
   uint16_t rowSpan = 1, columnSpan = 1;
   uint16_t columns = 1;  // of the whole table
   double width = 0;      // 0: by content
-  double border = 0;     // width of its lines; 0: none
+  NSTextBorders borders{};
   std::optional<NSColor> background{};
   friend bool operator==(const NSTextTableCell&, const NSTextTableCell&) = default;
 };

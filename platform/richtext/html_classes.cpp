@@ -25,17 +25,51 @@ void declareLength(std::u16string_view property, double points, std::u16string* 
   if (points != 0) declare(property, points, out);
 }
 
-void declareColor(std::u16string_view property, const std::optional<NSColor>& color,
-                  std::u16string* out) {
-  if (!color) return;
+void appendColor(const NSColor& color, std::u16string* out) {
   constexpr char16_t kHex[] = u"0123456789abcdef";
-  *out += property;
-  *out += u":#";
-  for (const uint8_t level : {color->red, color->green, color->blue}) {
+  *out += u'#';
+  for (const uint8_t level : {color.red, color.green, color.blue}) {
     *out += kHex[level >> 4];
     *out += kHex[level & 15];
   }
+}
+
+void declareColor(std::u16string_view property, const std::optional<NSColor>& color,
+                  std::u16string* out) {
+  if (!color) return;
+  *out += property;
+  *out += u':';
+  appendColor(*color, out);
   *out += u';';
+}
+
+void declareBorder(std::u16string_view property, const NSTextBorder& border, std::u16string* out) {
+  *out += property;
+  *out += u':';
+  if (border.width <= 0) {
+    *out += u"none;";
+    return;
+  }
+  appendNumber(border.width, out);
+  *out += u"pt solid";
+  if (border.color != NSColor{}) {
+    *out += u' ';
+    appendColor(border.color, out);
+  }
+  *out += u';';
+}
+
+// A property for each side, or one for all.
+void declareBorders(const NSTextBorders& borders, std::u16string* out) {
+  if (borders == NSTextBorders{}) return;
+  if (borders == NSTextBorders::all(borders.top)) {
+    declareBorder(u"border", borders.top, out);
+    return;
+  }
+  declareBorder(u"border-top", borders.top, out);
+  declareBorder(u"border-right", borders.right, out);
+  declareBorder(u"border-bottom", borders.bottom, out);
+  declareBorder(u"border-left", borders.left, out);
 }
 
 void declareFamily(std::u16string_view family, std::u16string* out) {
@@ -217,11 +251,7 @@ std::u16string Classes::look(const NSTextAttributes& attributes) {
 std::u16string Classes::cell(const NSTextTableCell& cell) {
   std::u16string declarations;
   declareLength(u"width", cell.width, &declarations);
-  if (cell.border > 0) {
-    declarations += u"border:";
-    appendNumber(cell.border, &declarations);
-    declarations += u"pt solid;";
-  }
+  declareBorders(cell.borders, &declarations);
   declareColor(u"background-color", cell.background, &declarations);
   return named(u'c', std::move(declarations));
 }

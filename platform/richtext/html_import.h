@@ -51,6 +51,7 @@ class Import {
     uint32_t identity = 0;
     uint16_t row = 0;  // the next one
     TableColumns columns;
+    bool hasLines = false;  // <table border=1>
   };
 
   // Tokens.

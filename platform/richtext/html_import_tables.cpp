@@ -9,6 +9,8 @@ namespace kelspar::html {
 
 namespace {
 
+constexpr float kPixel = 0.75;  // in points
+
 bool isSection(Tag tag) { return tag == Tag::tbody || tag == Tag::thead || tag == Tag::tfoot; }
 
 // Tables that only arrange what is in them say so, or have no lines and no gaps.
@@ -87,7 +89,7 @@ bool Import::startTablePart(Tag tag) {
 void Import::openTable() {
   readDeclarations(Tag::table);
   const size_t number = layout_.markTable();
-  tables_.push_back({++identities_, 0, {}});
+  tables_.push_back({++identities_, 0, {}, numberOf(tokens_.attribute(u"border"), 0) > 0});
   const bool isInLayout = table() != 0 && elements_.at(table()).dropsCells;
   open(Tag::table, static_cast<uint16_t>(Tag::table));
   OpenElement& element = elements_.top();
@@ -125,6 +127,7 @@ void Import::enterCell() {
     cell.column = static_cast<uint16_t>(std::clamp(numberOf(column, 0), 0, UINT16_MAX - 1));
   }
   if (tokens_.attribute(kCoveredMark)) cell.rowSpan = 0;
+  if (table.hasLines) cell.borders = NSTextBorders::all({kPixel, {}});
   const uint16_t columns = table.columns.take(cell.column, cell.columnSpan, cell.rowSpan);
   if (!looks_) return;
   looks_->enterCell(cell, {elements_.top().tag(), &tokens_, &declarations_, true, false});

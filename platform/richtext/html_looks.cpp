@@ -350,7 +350,15 @@ void Looks::enterCell(NSTextTableCell cell, const Source& source) {
       source.declarations->width.unit == Length::Unit::points) {
     cell.width = source.declarations->width.value;
   }
-  if (source.declarations->has(Property::border)) cell.border = source.declarations->border;
+  const auto take = [&](Property side, NSTextBorder NSTextBorders::*border) {
+    if (source.declarations->has(side)) {
+      cell.borders.*border = source.declarations->borders.*border;
+    }
+  };
+  take(Property::borderTop, &NSTextBorders::top);
+  take(Property::borderRight, &NSTextBorders::right);
+  take(Property::borderBottom, &NSTextBorders::bottom);
+  take(Property::borderLeft, &NSTextBorders::left);
   NSParagraphStyle style = paragraph();
   if (style.cells.size() < kDeepestTables) style.cells.push_back(cell);
   style.headIndent = style.firstLineIndent = style.tailIndent = 0;

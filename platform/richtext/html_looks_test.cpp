@@ -21,6 +21,17 @@ std::string numberText(double number) {
   return text;
 }
 
+// Width and colour of the lines above, to the right, below and to the left.
+std::string linesText(const NSTextBorders& borders) {
+  if (borders == NSTextBorders{}) return {};
+  std::string text;
+  for (const NSTextBorder& side : {borders.top, borders.right, borders.bottom, borders.left}) {
+    text += (text.empty() ? " lines=" : ",") + numberText(side.width);
+    if (side.color != NSColor{}) text += colorText(side.color);
+  }
+  return text;
+}
+
 // "[bold]text[]text": each run's look that is not the default one, in front of it.
 std::string looksOf(const NSAttributedString& attributed) {
   std::string form;
@@ -63,7 +74,7 @@ std::string looksOf(const NSAttributedString& attributed) {
       for (const NSTextList& list : paragraph->lists) word("list=" + list.marker.utf8());
       for (const NSTextTableCell& cell : paragraph->cells) {
         word("cell=" + std::to_string(cell.row) + "," + std::to_string(cell.column) + "/" +
-             std::to_string(cell.columns) + colorText(cell.background));
+             std::to_string(cell.columns) + colorText(cell.background) + linesText(cell.borders));
       }
     }
     if (!words.empty() || !form.empty()) form += "[" + words + "]";
@@ -136,6 +147,21 @@ constexpr Row kRows[] = {
      "[cell=0,2/4]a\t[cell=0,3/4]b"},
     {"EmptyCells", "<table><tr><td bgcolor=red><td>a</table>",
      "[cell=0,0/2#FF0000]\t[cell=0,1/2]a"},
+    {"TableWithLines", "<table border=1><tr><td>a<td style='border:none'>b</table>",
+     "[cell=0,0/2 lines=0.75,0.75,0.75,0.75]a\t[cell=0,1/2]b"},
+    {"LinesOfACell", "<table><tr><td style='border:1px solid #ccc'>a</table>",
+     "[cell=0,0/1 lines=0.75#CCCCCC,0.75#CCCCCC,0.75#CCCCCC,0.75#CCCCCC]a"},
+    {"LinesOfOneSide",
+     "<table><tr><td style='border:none;border-bottom:solid windowtext 1.0pt'>a"
+     "<td style='border-top:2px dashed red;border-left:double'>b</table>",
+     "[cell=0,0/2 lines=0,0,1,0]a\t[cell=0,1/2 lines=1.5#FF0000,0,0,2.25]b"},
+    {"LinesOfAllSidesButOne",
+     "<table><tr><td style='border:thin solid;border-right-width:9px;border-left:0'>a</table>",
+     "[cell=0,0/1 lines=0.75,0.75,0.75,0]a"},
+    {"LinesThatAreNone",
+     "<table><tr><td style='border:1px'>a<td style='border:0 solid'>b"
+     "<td style='border:1px solid transparent'>c<td style='border:hidden 2px'>d</table>",
+     "[cell=0,0/4]a\t[cell=0,1/4]b\t[cell=0,2/4]c\t[cell=0,3/4]d"},
     {"BodyColors", "<body text=blue style='font-size:10pt'>a", "[size=10 color=#0000FF]a"},
     {"RemoteImage", "a<img src=https://example.org/a.png>b",
      "a[image=https://example.org/a.png,,0]\uFFFC[]b"},

@@ -230,6 +230,14 @@ class Comparable {
     return "cells " + describe(a) + " | " + describe(b);
   }
 
+  static std::string bordersOf(const NSTextBorders& borders) {
+    std::string text = " borders";
+    for (const NSTextBorder& side : {borders.top, borders.right, borders.bottom, borders.left}) {
+      text += ' ' + std::to_string(side.width) + (side.color == NSColor{} ? "" : " coloured");
+    }
+    return text;
+  }
+
   static std::string describe(const NSTextAttachment& it) {
     return it.type.utf8() + ' ' + std::to_string(it.contents.length()) +
            (it.contents ? " " : " nil ") + std::to_string(it.width) + 'x' +
@@ -251,7 +259,7 @@ class Comparable {
       text += "{" + std::to_string(cell.table) + " row " + std::to_string(cell.row) + '+' +
               std::to_string(cell.rowSpan) + " column " + std::to_string(cell.column) + '+' +
               std::to_string(cell.columnSpan) + " of " + std::to_string(cell.columns) + " width " +
-              std::to_string(cell.width) + " border " + std::to_string(cell.border) +
+              std::to_string(cell.width) + bordersOf(cell.borders) +
               (cell.background ? " filled" : "") + "}";
     }
     return text;

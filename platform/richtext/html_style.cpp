@@ -26,7 +26,7 @@ void parseDeclaration(Text text, bool layoutOnly, Declarations* to) {
   }
   Declarations one;
   if (value.empty() || !row->parse(value, &one)) return;
-  if (row->property != Property::count) one.set |= 1u << static_cast<int>(row->property);
+  if (row->property != Property::count) one.declare(row->property);
   if (important) one.important = one.set;
   to->add(one);
 }
@@ -125,8 +125,17 @@ void Declarations::take(Property property, const Declarations& other) {
     case Property::tabStops:
       tabStops = other.tabStops;
       return;
-    case Property::border:
-      border = other.border;
+    case Property::borderTop:
+      borders.top = other.borders.top;
+      return;
+    case Property::borderRight:
+      borders.right = other.borders.right;
+      return;
+    case Property::borderBottom:
+      borders.bottom = other.borders.bottom;
+      return;
+    case Property::borderLeft:
+      borders.left = other.borders.left;
       return;
     case Property::count:
       return;
@@ -136,16 +145,16 @@ void Declarations::take(Property property, const Declarations& other) {
 // Far cheaper than a new value: a tag declares few of them, and most none.
 void Declarations::clear() {
   static const Declarations kNone;
-  for (uint32_t left = std::exchange(set, 0); left != 0; left &= left - 1) {
-    take(static_cast<Property>(__builtin_ctz(left)), kNone);
+  for (uint64_t left = std::exchange(set, 0); left != 0; left &= left - 1) {
+    take(static_cast<Property>(__builtin_ctzll(left)), kNone);
   }
   important = 0;
 }
 
 void Declarations::add(const Declarations& other) {
-  const uint32_t taken = other.set & ~(important & ~other.important);
-  for (uint32_t left = taken; left != 0; left &= left - 1) {
-    take(static_cast<Property>(__builtin_ctz(left)), other);
+  const uint64_t taken = other.set & ~(important & ~other.important);
+  for (uint64_t left = taken; left != 0; left &= left - 1) {
+    take(static_cast<Property>(__builtin_ctzll(left)), other);
   }
   set |= taken;
   important |= other.important & taken;

@@ -41,12 +41,16 @@ enum class Property : uint8_t {
   lineHeight,
   direction,
   width,
-  border,
+  borderTop,
+  borderRight,
+  borderBottom,
+  borderLeft,
   imageHeight,
   firstLine,  // these two are our writer's own
   tabStops,
   count
 };
+static_assert(static_cast<int>(Property::count) <= 64);
 
 enum class Display : uint8_t { none, inlineBox, inlineBlock, block, other };
 
@@ -61,8 +65,8 @@ struct Length {
 };
 
 struct Declarations {
-  uint32_t set = 0;        // bits of the properties that are declared
-  uint32_t important = 0;  // and of those that are "!important"
+  uint64_t set = 0;        // bits of the properties that are declared
+  uint64_t important = 0;  // and of those that are "!important"
 
   Display display = Display::other;
   bool visible = true;
@@ -75,7 +79,7 @@ struct Declarations {
       fontSize, lineHeight, width, imageHeight, firstLine;
   bool leastLineHeight = false;  // lineHeight is a bound from below
   std::vector<NSTextTab> tabStops;
-  double border = 0;
+  NSTextBorders borders;
   NSString fontFamily;  // nil: the default one
   bool bold = false;
   bool italic = false;
@@ -88,6 +92,7 @@ struct Declarations {
   bool rightToLeft = false;
 
   [[nodiscard]] bool has(Property property) const { return set >> static_cast<int>(property) & 1; }
+  void declare(Property property) { set |= uint64_t{1} << static_cast<int>(property); }
   // Takes over what `other` declares, unless it is declared important here.
   void add(const Declarations& other);
   // Nothing is declared.

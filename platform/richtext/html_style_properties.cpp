@@ -5,6 +5,7 @@
 #include <iterator>
 
 #include "platform/richtext/html_colors.h"
+#include "platform/richtext/html_style_borders.h"
 #include "platform/richtext/html_style_values.h"
 
 namespace kelspar::html {
@@ -57,7 +58,7 @@ bool parseMaxHeight(Text value, Declarations* to) {
 
 // An image's height, and whether a block has none.
 bool parseHeight(Text value, Declarations* to) {
-  if (setLength(value, &to->imageHeight)) to->set |= 1u << static_cast<int>(Property::imageHeight);
+  if (setLength(value, &to->imageHeight)) to->declare(Property::imageHeight);
   return parseMaxHeight(value, to);
 }
 
@@ -87,7 +88,7 @@ bool parseMargin(Text value, Declarations* to) {
   to->marginLeft = sides[count > 3 ? 3 : count > 1 ? 1 : 0];
   for (const auto side :
        {Property::marginTop, Property::marginRight, Property::marginBottom, Property::marginLeft}) {
-    to->set |= 1u << static_cast<int>(side);
+    to->declare(side);
   }
   return true;
 }
@@ -272,19 +273,10 @@ bool parseDirection(Text value, Declarations* to) {
   return true;
 }
 
-bool parseBorder(Text value, Declarations* to) {
-  to->border = 0;
-  for (Text word = takeWord(&value); !word.empty(); word = takeWord(&value)) {
-    if (const auto width = length(word)) to->border = width->value;
-    if (is(word, u"none")) to->border = 0;
-  }
-  return true;
-}
-
 // "italic bold 12px/1.5 Arial, sans-serif"
 bool parseFont(Text value, Declarations* to) {
   const auto declare = [to](Property property, bool known) {
-    if (known) to->set |= 1u << static_cast<int>(property);
+    if (known) to->declare(property);
     return known;
   };
   for (Text rest = value;;) {
@@ -316,7 +308,11 @@ constexpr PropertyRow kProperties[] = {
     {kTabStopsProperty,   Property::tabStops,      parseTabStops,      false},
     {u"background",       Property::background,    parseBackground,    false},
     {u"background-color", Property::background,    parseBackground,    false},
-    {u"border",           Property::border,        parseBorder,        false},
+    {u"border",           Property::count,         parseBorder,        false},
+    {u"border-bottom",    Property::borderBottom,  parseBorderBottom,  false},
+    {u"border-left",      Property::borderLeft,    parseBorderLeft,    false},
+    {u"border-right",     Property::borderRight,   parseBorderRight,   false},
+    {u"border-top",       Property::borderTop,     parseBorderTop,     false},
     {u"color",            Property::color,         parseColor,         false},
     {u"direction",        Property::direction,     parseDirection,     false},
     {u"display",          Property::display,       parseDisplay,       true},

@@ -79,9 +79,9 @@ void RTFFormatter::word(int32_t word, int32_t parameter, bool isOn, RTFDestinati
     return;
   }
   if (characterWord(word, parameter, isOn) || paragraphWord(word, parameter, isOn)) return;
-  const bool isBackground = word == kCellBackground;
+  const bool isColor = word == kCellBackground || word == kBorderColor;
   (void)tables_.word(word, parameter, groups_.state().nestedProperties ? tableDepth() : 1,
-                     isBackground ? color(parameter) : std::nullopt);
+                     isColor ? color(parameter) : std::nullopt);
 }
 
 bool RTFFormatter::characterWord(int32_t word, int32_t parameter, bool isOn) {

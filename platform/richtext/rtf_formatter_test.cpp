@@ -25,6 +25,10 @@ std::string hex(const NSColor& color) {
   return text;
 }
 
+std::string describeBorder(const NSTextBorder& border) {
+  return number(border.width) + (border.color == NSColor{} ? "" : hex(border.color));
+}
+
 std::string describeParagraph(const NSParagraphStyle& style) {
   constexpr const char* kAlignments[] = {"natural", "left", "center", "right", "justified"};
   std::string out;
@@ -57,7 +61,15 @@ std::string describeParagraph(const NSParagraphStyle& style) {
     if (cell.rowSpan != 1 || cell.columnSpan != 1) {
       add("span" + std::to_string(cell.rowSpan) + "x" + std::to_string(cell.columnSpan), &out);
     }
-    if (cell.border != 0) add("border" + number(cell.border), &out);
+    const NSTextBorders& borders = cell.borders;
+    if (borders == NSTextBorders::all(borders.top)) {
+      if (borders.top.width > 0) add("border" + describeBorder(borders.top), &out);
+    } else {
+      if (borders.top.width > 0) add("top" + describeBorder(borders.top), &out);
+      if (borders.right.width > 0) add("right" + describeBorder(borders.right), &out);
+      if (borders.bottom.width > 0) add("bottom" + describeBorder(borders.bottom), &out);
+      if (borders.left.width > 0) add("left" + describeBorder(borders.left), &out);
+    }
     if (cell.background) add("fill" + hex(*cell.background), &out);
   }
   return out;
@@ -223,7 +235,16 @@ constexpr Row kTables[] = {
     {"BordersAndFill",
      "{\\colortbl;\\red1\\green2\\blue3;}\\trowd\\clbrdrt\\brdrs\\brdrw20\\clcbpat1\\cellx1000"
      "\\intbl a\\cell\\row",
-     "[a\n|cell1:0,0/1 border1 fill#010203]"},
+     "[a\n|cell1:0,0/1 top1 fill#010203]"},
+    {"BordersOfAllSides",
+     "\\trowd\\clbrdrt\\brdrs\\brdrw10\\clbrdrl\\brdrs\\brdrw10\\clbrdrb\\brdrs\\brdrw10"
+     "\\clbrdrr\\brdrdb\\brdrw10\\cellx1000\\intbl a\\cell\\row",
+     "[a\n|cell1:0,0/1 border0.5]"},
+    {"BordersThatAreNone",
+     "{\\colortbl;\\red1\\green2\\blue3;}\\trowd\\clbrdrt\\brdrtbl\\clbrdrl\\brdrnone\\brdrw10"
+     "\\clbrdrb\\brdrs\\brdrw40\\brdrcf1\\clbrdrr\\brdrnil\\cellx1000\\brdrw60\\cellx2000"
+     "\\intbl\\brdrb\\brdrs\\brdrw20 a\\cell b\\cell\\row",
+     "[a\t|cell1:0,0/2 bottom2#010203][b\n|cell1:0,1/2]"},
     {"Nested",
      "\\trowd\\cellx4000\\intbl x\\par\\itap2 a\\nestcell b\\nestcell{\\*\\nesttableprops"
      "\\trowd\\cellx1000\\cellx2000\\nestrow}{\\nonesttables\\par}\\itap1 y\\cell\\row",

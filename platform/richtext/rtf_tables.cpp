@@ -22,7 +22,7 @@ uint16_t count(size_t value) { return static_cast<uint16_t>(std::min(value, kLar
 }  // namespace
 
 bool RTFTables::word(int32_t word, int32_t parameter, int32_t depth,
-                     const std::optional<NSColor>& background) {
+                     const std::optional<NSColor>& color) {
   const auto level = static_cast<size_t>(std::clamp(depth, 1, kDeepest)) - 1;
   if (definitions_.size() <= level) definitions_.resize(level + 1);
   Row& row = definitions_[level];
@@ -30,23 +30,16 @@ bool RTFTables::word(int32_t word, int32_t parameter, int32_t depth,
     case kRowDefault:
       row = {};
       next_ = {};
+      side_ = nullptr;
       return true;
     case kCellEdge:
       next_.edge = parameter;
       if (row.size() < kCellsOfARow) row.push_back(next_);
       next_ = {};
+      side_ = nullptr;
       return true;
     case kCellBackground:
-      next_.background = background;
-      return true;
-    case kCellBorder:
-      next_.border = 0.5;
-      return true;
-    case kBorderWidth:
-      if (next_.border > 0) next_.border = std::clamp(parameter, 1, 200) / 20.0;
-      return true;
-    case kBorderNone:
-      next_.border = 0;
+      next_.background = color;
       return true;
     case kMerged:
       next_.merged = true;
@@ -58,6 +51,37 @@ bool RTFTables::word(int32_t word, int32_t parameter, int32_t depth,
       next_.mergedDown = true;
       return true;
     case kFirstMerged:
+      return true;
+    default:
+      return borderWord(word, parameter, color);
+  }
+}
+
+bool RTFTables::borderWord(int32_t word, int32_t parameter, const std::optional<NSColor>& color) {
+  const auto begin = [this](NSTextBorder* side) {
+    *side = {0.5f, {}};
+    side_ = side;
+    return true;
+  };
+  switch (word) {
+    case kCellBorderTop:
+      return begin(&next_.borders.top);
+    case kCellBorderRight:
+      return begin(&next_.borders.right);
+    case kCellBorderBottom:
+      return begin(&next_.borders.bottom);
+    case kCellBorderLeft:
+      return begin(&next_.borders.left);
+    case kBorderWidth:
+      if (side_ && side_->width > 0) {
+        side_->width = static_cast<float>(std::clamp(parameter, 1, 200)) / 20;
+      }
+      return true;
+    case kBorderColor:
+      if (side_ && side_->width > 0) side_->color = color.value_or(NSColor{});
+      return true;
+    case kBorderNone:
+      if (side_) *side_ = {};
       return true;
     default:
       return false;
@@ -149,7 +173,7 @@ NSTextTableCell RTFTables::cellAt(const Table& table, const Entry& entry,
   cell.columnSpan = count(last - first + 1);
   const bool continues = definition.merged || (definition.mergedDown && entry.row > 0);
   cell.rowSpan = continues ? 0 : count(spans[entry.row][entry.cell]);
-  cell.border = definition.border;
+  cell.borders = definition.borders;
   cell.background = definition.background;
   const int32_t left = entry.cell ? row[entry.cell - 1].edge : 0;
   cell.width = std::clamp<int64_t>(int64_t{row[end - 1].edge} - left, 0, 288000) / 20.0;

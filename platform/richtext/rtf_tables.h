@@ -18,9 +18,8 @@ class RTFTables {
   static constexpr int32_t kDeepest = 8;
 
   // A word of a row's definition, in a table of this depth (1: outermost); false for any other.
-  // `background` is the colour that the parameter of \clcbpat stands for.
-  bool word(int32_t word, int32_t parameter, int32_t depth,
-            const std::optional<NSColor>& background);
+  // `color` is the one that the parameter of a word for colours stands for.
+  bool word(int32_t word, int32_t parameter, int32_t depth, const std::optional<NSColor>& color);
 
   // A paragraph of a cell ends: enters the cells it stands in into the style.
   void paragraph(std::shared_ptr<NSParagraphStyle> style, int32_t depth);
@@ -34,7 +33,7 @@ class RTFTables {
  private:
   struct Cell {
     int32_t edge = 0;  // right, in twips
-    double border = 0;
+    NSTextBorders borders;
     std::optional<NSColor> background;
     bool firstDown = false, mergedDown = false, merged = false;
   };
@@ -50,6 +49,7 @@ class RTFTables {
     std::vector<Row> rows;
     std::vector<Entry> entries;
   };
+  bool borderWord(int32_t word, int32_t parameter, const std::optional<NSColor>& color);
   void complete(const Table& table, size_t depth) const;
   static std::vector<int32_t> edgesOf(const Table& table);
   static NSTextTableCell cellAt(const Table& table, const Entry& entry,
@@ -60,6 +60,7 @@ class RTFTables {
   std::vector<std::shared_ptr<NSParagraphStyle>> paragraphs_;  // of the outermost table
   std::vector<Row> definitions_;                               // by depth
   Cell next_;                                                  // the cell whose \cellx is to come
+  NSTextBorder* side_ = nullptr;                               // of it, that words of lines are for
   uint32_t tables_ = 0;
 };
 

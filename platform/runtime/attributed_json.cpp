@@ -39,6 +39,21 @@ constexpr Count kCellCounts[] = {
     {u"columns", &NSTextTableCell::columns},
 };
 
+struct BorderKeys {
+  std::u16string_view width, color;
+};
+constexpr BorderKeys kBorder = {u"border", u"borderColor"};
+struct BorderSide {
+  BorderKeys keys;
+  NSTextBorder NSTextBorders::*side;
+};
+constexpr BorderSide kBorderSides[] = {
+    {{u"borderTop", u"borderTopColor"}, &NSTextBorders::top},
+    {{u"borderRight", u"borderRightColor"}, &NSTextBorders::right},
+    {{u"borderBottom", u"borderBottomColor"}, &NSTextBorders::bottom},
+    {{u"borderLeft", u"borderLeftColor"}, &NSTextBorders::left},
+};
+
 // Writing
 
 // Whole numbers are written without a fraction.
@@ -92,12 +107,26 @@ NSDictionary listContent(const NSTextList& list) {
   return out.done();
 }
 
+// The same on all sides under one key.
+void setBorders(const NSTextBorders& borders, Writer* out) {
+  const auto set = [out](const BorderKeys& keys, const NSTextBorder& border) {
+    constexpr double kExact = 1000;  // a float's digits behind that say nothing
+    out->set(keys.width, std::round(border.width * kExact) / kExact);
+    if (border.color != NSColor{}) out->set(keys.color, std::optional(border.color));
+  };
+  if (borders == NSTextBorders::all(borders.top)) {
+    set(kBorder, borders.top);
+    return;
+  }
+  for (const auto& [keys, side] : kBorderSides) set(keys, borders.*side);
+}
+
 NSDictionary cellContent(const NSTextTableCell& cell) {
   Writer out;
   out.set(u"table", id(NSNumber(cell.table)));
   for (const Count& count : kCellCounts) out.set(count.key, id(NSNumber(cell.*count.member)));
   out.set(u"width", cell.width);
-  out.set(u"border", cell.border);
+  setBorders(cell.borders, &out);
   out.set(u"background", cell.background);
   return out.done();
 }
@@ -280,13 +309,25 @@ NSTextList readList(const id& content, bool* fits) {
   return list;
 }
 
+void readBorder(const Reader& in, const BorderKeys& keys, NSTextBorder* border) {
+  double width = border->width;
+  std::optional<NSColor> color = border->color;
+  in.read(keys.width, &width);
+  in.read(keys.color, &color);
+  constexpr double kWidest = 1e6;
+  border->width = static_cast<float>(std::clamp(width, 0.0, kWidest));
+  border->color = color.value_or(NSColor{});
+}
+
 NSTextTableCell readCell(const id& content, bool* fits) {
   const Reader in(content, fits);
   NSTextTableCell cell;
   in.read(u"table", &cell.table);
   for (const Count& count : kCellCounts) in.read(count.key, &(cell.*count.member));
   in.read(u"width", &cell.width);
-  in.read(u"border", &cell.border);
+  readBorder(in, kBorder, &cell.borders.top);
+  cell.borders = NSTextBorders::all(cell.borders.top);
+  for (const auto& [keys, side] : kBorderSides) readBorder(in, keys, &(cell.borders.*side));
   in.read(u"background", &cell.background);
   return cell;
 }

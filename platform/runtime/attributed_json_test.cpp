@@ -39,6 +39,11 @@ constexpr Row kRows[] = {
      R"("lists":[{"identity":7,"ordered":true,"marker":"decimal","startingNumber":3}],)"
      R"("cells":[{"table":1,"row":2,"column":3,"rowSpan":1,"columnSpan":2,"columns":5,)"
      R"("width":72,"border":1,"background":"#EEEEEE"}]}})"},
+    {"Borders",
+     R"({"font":{"size":12},"paragraph":{"cells":[{"table":1,"row":0,"column":0,"rowSpan":1,)"
+     R"("columnSpan":1,"columns":1,"border":0.1,"borderColor":"#FF0000"},{"table":2,"row":0,)"
+     R"("column":0,"rowSpan":1,"columnSpan":1,"columns":1,"borderTop":1.5,)"
+     R"("borderBottom":2,"borderBottomColor":"#010203"}]}})"},
     {"Attachment",
      R"({"font":{"size":12},"attachment":{"type":"image/png","width":3,"height":4,"size":0,)"
      R"("name":"a.png"}})"},
