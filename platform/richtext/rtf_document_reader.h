@@ -166,8 +166,9 @@ class RTFReader {
   bool isCounted_ = false;  // and it is counted
   size_t markersLeft_ = 0;  // units of markers that may come: a document of items stays small
   std::u16string instruction_;
-  char16_t symbol_ = 0;  // that a field stands for, unless it has a result
-  size_t symbolAt_ = 0;  // in `out_`
+  std::u16string propertyName_;  // of a shape
+  char16_t symbol_ = 0;          // that a field stands for, unless it has a result
+  size_t symbolAt_ = 0;          // in `out_`
   std::u16string out_;
   size_t pictures_ = 0;                    // in `out_`
   size_t lineStart_ = 0;                   // in the plain text

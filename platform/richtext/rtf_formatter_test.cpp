@@ -132,6 +132,7 @@ constexpr Row kCharacters[] = {
     {"Scripts", "{\\super a}{\\sub b}\\super c\\nosupersub d",
      "[a|script1][b|script-1][c|script1][d]"},
     {"RaisedAndLowered", "{\\up6 a}{\\dn4 b}", "[a|up3][b|up-2]"},
+    {"RaisedAsUsual", "\\up a\\up0 b\\dn c", "[a|up3][b][c|up-3]"},
     {"Colors", "{\\colortbl;\\red255\\green0\\blue0;\\red0\\green128\\blue0;}\\cf1 a\\cf2 b\\cf0 c",
      "[a|#FF0000][b|#008000][c]"},
     {"ColorThatIsNotDefined", "\\cf7 a", "[a]"},
@@ -285,6 +286,10 @@ constexpr Row kPictures[] = {
     {"ResultOfAnObject",
      "{\\object\\objemb{\\*\\objdata 0102}{\\result{\\pict\\emfblip\\picwgoal20\\pichgoal40 00}}}",
      "[" PICTURE "|image/x-emf 1x2 0]"},
+    {"OfAShape",
+     "a{\\shp{\\*\\shpinst{\\sp{\\sn shapeType}{\\sv 75}}{\\sp{\\sn pib}{\\sv {\\pict\\pngblip"
+     "\\picwgoal20\\pichgoal20 89504e470d0a1a0a}}}{\\sp{\\sn pibName}{\\sv x}}}{\\shprslt\\par}}b",
+     "[a][" PICTURE "|image/png 1x1 8][b]"},
     {"HiddenPicture", "a{\\v{\\pict\\wmetafile8\\picwgoal200\\pichgoal100 0100}}b", "[ab]"},
 };
 INSTANTIATE_TEST_SUITE_P(Pictures, RTFLooks, testing::ValuesIn(kPictures),

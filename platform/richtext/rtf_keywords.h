@@ -39,11 +39,13 @@ enum class RTFAction : uint8_t {
   field,        // \field
   instruction,  // \fldinst
   fieldResult,  // \fldrslt
-  listTables,   // \listtable, \listoverridetable; `value` is an RTFDestination
-  levelText,    // \leveltext
-  list,         // describes lists, or names a paragraph's; `value` is an RTFFormatWord
-  nestedRow,    // \nesttableprops: its words define a row of the nested table
-  format,       // how text looks; `value` is one of RTFFormatWord
+  shapeProperty,  // \sn: the name of a shape's property
+  shapeValue,     // \sv: its value
+  listTables,     // \listtable, \listoverridetable; `value` is an RTFDestination
+  levelText,      // \leveltext
+  list,           // describes lists, or names a paragraph's; `value` is an RTFFormatWord
+  nestedRow,      // \nesttableprops: its words define a row of the nested table
+  format,         // how text looks; `value` is one of RTFFormatWord
 };
 
 // What the reader does with the text of a group.
@@ -55,6 +57,7 @@ enum class RTFDestination : uint8_t {
   overrideTable,
   levelText,
   instruction,
+  propertyName,  // \sn
   // For attributed text alone; plain text skips them.
   colorTable,
   styleSheet,

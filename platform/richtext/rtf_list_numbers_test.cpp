@@ -64,6 +64,11 @@ constexpr Row kRows[] = {
     {"HiddenItemsAreNone", "\\ls1{\\v a\\par}b", u"1.\tb"},
     {"GroupsEndThem", "{\\ls1 a\\par}b\\par{\\ls1 c}", u"1.\ta\nb\n2.\tc"},
     {"InCells", "\\trowd\\cellx9\\intbl\\ls1 a\\cell\\pard b\\cell\\row", u"1.\ta\tb\n"},
+    {"MarkersInUnicodeEscapes",
+     "{\\*\\listtable{\\list{\\listlevel{\\leveltext{\\uc1\\u2 ?}{\\u0 ?}{\\u41 ?}{\\u59 "
+     "?}}}\\listid7}}"
+     "{\\*\\listoverridetable{\\listoverride\\listid7\\ls8}}\\ls8 a",
+     u"1)\ta"},
     {"TablesThatComeAgain",
      "\\ls8 a\\par{\\*\\listtable{\\list{\\listlevel{\\leveltext\\'01\\'00;}}\\listid7}}"
      "{\\*\\listoverridetable{\\listoverride\\listid7\\ls8}}b",

@@ -10,7 +10,7 @@ namespace kelspar {
 
 namespace {
 
-constexpr int32_t kLargest = 3276;  // half points
+constexpr int32_t kLargest = 3276, kUsualRaise = 6;  // half points
 
 size_t mix(size_t hash, uint64_t value) {
   hash = (hash ^ value) * 0x9E3779B97F4A7C15u;
@@ -53,7 +53,9 @@ size_t hash(const RTFParagraph& paragraph) {
 bool RTFLook::apply(int32_t word, int32_t parameter, bool isOn) {
   if (word > kDirection) return false;
   const auto points = static_cast<int16_t>(parameter > 0 ? std::min(parameter, kLargest) : 24);
-  const auto raise = static_cast<int16_t>(std::clamp(parameter, -kLargest, kLargest));
+  const bool isStated = parameter != 0 || !isOn;
+  const auto raise =
+      static_cast<int16_t>(isStated ? std::clamp(parameter, -kLargest, kLargest) : kUsualRaise);
   if (style >= 0) stated |= 1u << word;
   switch (word) {
     case kPlain: {

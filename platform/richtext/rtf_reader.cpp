@@ -153,6 +153,9 @@ void RTFReader::describe(std::string_view bytes) {
     case Destination::instruction:
       describe(bytes, &instruction_);
       break;
+    case Destination::propertyName:
+      describe(bytes, &propertyName_);
+      break;
     case Destination::levelText: {
       std::u16string units;
       describe(bytes, &units);
@@ -359,6 +362,7 @@ void RTFReader::perform(const RTFKeyword& keyword, const RTFToken& token) {
 
 // \u: one UTF-16 unit, signed; some writers give a whole code point instead.
 void RTFReader::unicode(const RTFToken& token) {
+  const Destination where = groups_.state().destination;
   const auto value =
       static_cast<uint32_t>(token.parameter < 0 ? token.parameter + 65536 : token.parameter);
   if (value >= 0x10000 && value <= 0x10FFFF) {
@@ -368,11 +372,11 @@ void RTFReader::unicode(const RTFToken& token) {
   } else if (value < 0x10000 && value != 0) {
     const auto unit = glyph(static_cast<char16_t>(value));
     emit({&unit, 1});
-    if (groups_.state().destination == Destination::instruction) {
-      instruction_.push_back(unit);
-    } else if (groups_.state().destination == Destination::levelText) {
-      lists_.levelText({&unit, 1});
-    }
+    if (where == Destination::instruction) instruction_.push_back(unit);
+  }
+  if (value < 0x10000 && where == Destination::levelText) {
+    const auto unit = static_cast<char16_t>(value);  // counts and places of numbers, too
+    lists_.levelText({&unit, 1});
   }
   fallback_ = groups_.state().skipCount;
 }

@@ -6,6 +6,12 @@
 
 namespace kelspar {
 
+namespace {
+
+constexpr std::u16string_view kPictureOfShape = u"pib";
+
+}  // namespace
+
 void RTFReader::symbol(uint8_t c) {
   starred_ = false;
   if (fallback_ > 0) {
@@ -172,6 +178,18 @@ void RTFReader::destination(const RTFKeyword& keyword, const RTFToken& token) {
       break;
     case RTFAction::itemText:
       if (isBody) hasMarker_ = true;
+      break;
+    case RTFAction::shapeProperty:
+      if (!isBody) {
+        skip();
+        break;
+      }
+      enter(Destination::propertyName);
+      propertyName_.clear();
+      break;
+    case RTFAction::shapeValue:
+      // A picture that a shape shows; other values are no text.
+      if (!isBody || propertyName_ != kPictureOfShape) skip();
       break;
     case RTFAction::field:
       ++groups_.change().fields;

@@ -80,6 +80,10 @@ constexpr Row kRows[] = {
     {"SectionBehindAParagraph", " a\\par\\sect b\\sect c", u"a\nb\nc"},
     {"TextBox", " a{\\shp{\\*\\shpinst{\\sp{\\sn x}{\\sv 1}}{\\shptxt box}}{\\shprslt old}}b",
      u"aboxb"},
+    {"PictureOfAShape",
+     "a{\\shp{\\*\\shpinst{\\sp{\\sn pib}{\\sv {\\pict\\pngblip 89504e47}}}{\\sp{\\sn x}{\\sv "
+     "y}}}}b",
+     u"ab"},
     {"UnicodeDestinationWithoutItsUpr", "{\\*\\unknown{\\*\\ud x}}y", u"y"},
     {"SkippedGroupsWithBinaryData", "{\\*\\unknown\\bin3 }}}x\\}{\\{}}y", u"y"},
     {"NestedInstruction",
