@@ -14,6 +14,9 @@ bool hasNameOfHTML(std::string name) {
   return name.ends_with(".html") || name.ends_with(".htm");
 }
 
+// Cc of Unicode: what terminals obey.
+bool isControl(char16_t c) { return c < u' ' || (c >= 0x7F && c < 0xA0); }
+
 // A tag, a document type or a comment: parts of pages have no more to tell them by.
 bool startsWithTag(std::string_view bytes) {
   if (bytes.size() < 2 || bytes[0] != '<') return false;
@@ -22,16 +25,25 @@ bool startsWithTag(std::string_view bytes) {
 
 }  // namespace
 
+std::string oneLine(const NSString& text) {
+  std::u16string plain(text.view());
+  for (char16_t& c : plain) {
+    if (isControl(c)) c = u' ';
+  }
+  return NSString(std::move(plain)).utf8();
+}
+
 std::string plainLines(const NSString& text) {
   std::u16string plain;
   const std::u16string_view units = text.view();
   for (size_t i = 0; i < units.size(); ++i) {
     const char16_t c = units[i];
-    if (c == u'\0') continue;
     if (c == u'\r') {
       if (i + 1 == units.size() || units[i + 1] != u'\n') plain += u'\n';
-    } else {
-      plain += c == u'\u2028' || c == u'\u2029' ? u'\n' : c;
+    } else if (c == u'\v' || c == u'\u0085' || c == u'\u2028' || c == u'\u2029') {
+      plain += u'\n';
+    } else if (c == u'\t' || c == u'\n' || c == u'\f' || !isControl(c)) {
+      plain += c;
     }
   }
   while (!plain.empty() && plain.back() == u'\n') plain.pop_back();

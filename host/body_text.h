@@ -7,9 +7,13 @@
 
 namespace kelspar::host {
 
-// UTF-8 with line feeds alone, lines inside paragraphs as lines, no NULs, one line feed at the end;
-// empty for a text of line ends alone, and for nil.
+// UTF-8 with line feeds alone, lines inside paragraphs as lines, one line feed at the end, no
+// control characters (a terminal would obey them) but tabs and form feeds; empty for a text of line
+// ends alone, and for nil.
 [[nodiscard]] std::string plainLines(const NSString& text);
+
+// UTF-8 with a blank for each control character.
+[[nodiscard]] std::string oneLine(const NSString& text);
 
 // What `stringByStrippingHTML` gives, as such lines. Lone surrogates count as U+FFFD.
 [[nodiscard]] std::string linesOfHTML(const NSString& html);

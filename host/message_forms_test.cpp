@@ -37,8 +37,27 @@ TEST(Text, OfLoneSurrogatesIsNotLost) {
 
 TEST(Lines, AreThoseOfATextFile) {
   EXPECT_EQ(plainLines(u"a\r\nb\rc\u2028d\u2029"), "a\nb\nc\nd\n");
+  EXPECT_EQ(plainLines(u"a\tb\fc\vd\u0085e"), "a\tb\fc\nd\ne\n");
+  EXPECT_EQ(plainLines(u"a\x1B[31mb\u009B\x7F\x07"
+                       u"c"),
+            "a[31mbc\n");
   EXPECT_EQ(plainLines(u"\n\n"), "");
   EXPECT_EQ(plainLines(nil), "");
+}
+
+TEST(Lines, HoldNothingThatATerminalObeys) {
+  Message message;
+  message.subject =
+      u"a\x1B]0;b\x07"
+      u"c\nFormat: forged\u009B";
+  message.textCharset = u"x\x1B";
+  message.text = u"d\x1B[2J";
+  message.attachments.push_back(image("e\x1B", nullptr));
+  message.attachments[0].mediaType = u"image/\x1B";
+  for (const std::string& shown : {infoOf(message), textOf(message, {})}) {
+    EXPECT_FALSE(contains(shown, "\x1B") || contains(shown, "\x07") || contains(shown, "\u009B"));
+    EXPECT_FALSE(contains(shown, "\nFormat: forged")) << shown;
+  }
 }
 
 TEST(Pictures, OfContentLocationsAreInPlace) {

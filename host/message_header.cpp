@@ -7,6 +7,7 @@
 #include <ctime>
 
 #include "BitKelspar/BitKelspar.h"
+#include "host/body_text.h"
 #include "host/message_text.h"
 #include "platform/calendar/NSDateFormatter.h"
 
@@ -14,17 +15,8 @@ namespace kelspar::host {
 
 namespace {
 
-// One line of it, whatever stands in it.
-std::string line(const NSString& text) {
-  std::string plain = text.utf8();
-  for (char& c : plain) {
-    if (static_cast<unsigned char>(c) < ' ' || c == 0x7F) c = ' ';
-  }
-  return plain;
-}
-
 std::string shown(const Mailbox& mailbox) {
-  const std::string name = line(mailbox.name), address = line(mailbox.address);
+  const std::string name = oneLine(mailbox.name), address = oneLine(mailbox.address);
   if (name.empty() || name == address) return address;
   // A directory's name for somebody tells readers nothing.
   const bool isDirectoryName = address.starts_with("/") && address.find('@') == address.npos;
@@ -78,8 +70,8 @@ std::string isoDate(const NSDate& date) {
 }
 
 std::string nameOf(const Attachment& attachment) {
-  std::string name = line(attachment.name);
-  if (name.empty() && attachment.message) name = line(attachment.message->subject);
+  std::string name = oneLine(attachment.name);
+  if (name.empty() && attachment.message) name = oneLine(attachment.message->subject);
   return name.empty() ? "unnamed" : name;
 }
 
@@ -91,7 +83,7 @@ std::vector<std::pair<std::string, std::string>> headerLines(const Message& mess
   addMailboxes("Bcc", message.bcc, &lines);
   const NSDate date = message.sent ? message.sent : message.received;
   if (const std::string text = readableDate(date); !text.empty()) lines.emplace_back("Date", text);
-  if (!message.subject.isEmpty()) lines.emplace_back("Subject", line(message.subject));
+  if (!message.subject.isEmpty()) lines.emplace_back("Subject", oneLine(message.subject));
   std::string files;
   for (const Attachment& attachment : message.attachments) {
     files += (files.empty() ? "" : ", ") + nameOf(attachment);

@@ -4,6 +4,7 @@
 #include "RTFKelspar/RTFKelspar.h"
 #include "RTFKelspar/RTFKelsparNSDataAdditions.h"
 #include "TimeKelspar/TimeKelspar.h"
+#include "host/body_text.h"
 #include "host/json_text.h"
 #include "host/message_text.h"
 #include "host/open_message.h"
@@ -54,7 +55,7 @@ void addBody(const char* label, const std::string& what, std::string* out) {
 }
 
 std::string labelled(const NSString& label) {
-  return label.isEmpty() ? ", no charset stated" : ", charset " + label.utf8();
+  return label.isEmpty() ? ", no charset stated" : ", charset " + oneLine(label);
 }
 
 void addTime(const char* label, const NSDate& date, std::string* out) {
@@ -70,7 +71,7 @@ void addTime(const char* label, const NSDate& date, std::string* out) {
 
 void addInfo(const Message& message, const std::string& indent, std::string* out) {
   std::string lines = "Format: " + message.format + "\n";
-  lines += "Subject: " + message.subject.utf8() + "\n";
+  lines += "Subject: " + oneLine(message.subject) + "\n";
   addTime("Sent", message.sent, &lines);
   addTime("Received", message.received, &lines);
   if (message.text) {
@@ -104,10 +105,10 @@ void addInfo(const Message& message, const std::string& indent, std::string* out
     *out +=
         indent + "  " +
         jsonString(attachment.name.isEmpty() ? NSString(u"unnamed") : attachment.name) + " " +
-        (attachment.mediaType.isEmpty() ? "no type" : attachment.mediaType.utf8()) + " " +
+        (attachment.mediaType.isEmpty() ? "no type" : oneLine(attachment.mediaType)) + " " +
         sizeText(attachment.bytes.length()) +
         (attachment.contentIdentifier.isEmpty() ? ""
-                                                : " cid:" + attachment.contentIdentifier.utf8()) +
+                                                : " cid:" + oneLine(attachment.contentIdentifier)) +
         "\n";
     if (attachment.message) addInfo(*attachment.message, indent + "    ", out);
   }

@@ -5,6 +5,7 @@
 
 #include "MailKelspar/MailKelspar.h"
 #include "WebKelspar/WebKelsparNSStringAdditions.h"
+#include "host/body_text.h"
 #include "host/files.h"
 
 namespace kelspar::host {
@@ -24,10 +25,10 @@ void forEachInput(const std::vector<std::string>& inputs, Each each) {
 
 void header(const MimeTextOptions& options) {
   forEachInput(options.inputs, [&](const std::string& input) {
-    const NSString decoded = options.exact
-                                 ? Web::decodeMimeHeader(input)
-                                 : MailKelspar::decodeHeader(NSData(std::string_view(input)));
-    writeOutput("", decoded.utf8() + "\n");
+    const NSString readable = MailKelspar::decodeHeader(NSData(std::string_view(input)));
+    const std::string decoded =
+        options.exact ? Web::decodeMimeHeader(input).utf8() : oneLine(readable);
+    writeOutput("", decoded + "\n");
   });
 }
 

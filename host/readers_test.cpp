@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <chrono>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -127,6 +128,36 @@ TEST(EML, AttachedMessagesAreOpened) {
   ASSERT_EQ(message->attachments.size(), 1u);
   ASSERT_TRUE(message->attachments[0].message);
   EXPECT_EQ(message->attachments[0].message->subject, NSString(u"inner"));
+}
+
+TEST(EML, NoBytesAreNoMessage) {
+  EXPECT_FALSE(eml(""));
+  const auto message = eml("\rno field");
+  ASSERT_TRUE(message);
+  EXPECT_EQ(message->text, NSString(u"\rno field"));
+}
+
+TEST(EML, RTFThatIsNoneIsAFile) {
+  const auto message =
+      eml("Content-Type: multipart/mixed; boundary=b\n\n--b\nContent-Type: text/rtf\n\n"
+          "no RTF\n--b\nContent-Type: text/rtf\n\n{\\rtf1 a}\n--b--\n");
+  ASSERT_TRUE(message);
+  EXPECT_EQ(message->rtf.chars(), "{\\rtf1 a}");
+  ASSERT_EQ(message->attachments.size(), 1u);
+  EXPECT_EQ(message->attachments[0].bytes.chars(), "no RTF");
+}
+
+TEST(EML, ManyBodiesCostLinearTime) {
+  std::string text = "Content-Type: multipart/mixed; boundary=b\n";
+  for (int i = 0; i < 4000; ++i) {
+    text += "\n--b\nContent-Type: text/" + std::string(i % 2 == 0 ? "html" : "plain") + "\n\n" +
+            std::string(1000, 'x');
+  }
+  const auto begin = std::chrono::steady_clock::now();
+  const auto message = eml(text + "\n--b--\n");
+  EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(2));
+  ASSERT_TRUE(message);
+  EXPECT_GT(message->html.length(), 4'000'000u);
 }
 
 TEST(EML, DeepNestingIsNoTrouble) {
