@@ -33,7 +33,6 @@ void checkMessage(const Message& message, size_t size, int depth) {
   for (const auto* list : {&message.from, &message.to, &message.cc, &message.bcc, &message.replyTo})
     checkMailboxes(*list);
   for (const Attachment& attachment : message.attachments) {
-    check(static_cast<bool>(attachment.bytes));
     check(isOneLine(attachment.name) && isOneLine(attachment.mediaType));
     // An attached message is written anew, its headers' ends too.
     if (!attachment.message) check(attachment.bytes.length() <= size);
