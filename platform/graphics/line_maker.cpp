@@ -6,6 +6,8 @@
 
 #include <algorithm>
 
+#include "platform/graphics/font_lock.h"
+
 namespace kelspar {
 
 namespace {
@@ -21,6 +23,7 @@ LineMaker::~LineMaker() {
 void LineMaker::forgetManyFonts() {
   constexpr size_t kMany = 200;
   if (fonts_.size() < kMany) return;
+  const FontLock lock;
   for (const auto& [font, page] : fonts_) g_object_unref(font);
   fonts_.clear();
 }

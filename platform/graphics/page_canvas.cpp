@@ -12,6 +12,7 @@
 #include <ctime>
 
 #include "platform/foundation/utf8.h"
+#include "platform/graphics/font_lock.h"
 #include "platform/graphics/page_writer.h"
 
 namespace kelspar {
@@ -68,7 +69,10 @@ const cairo_glyph_t* cairoGlyphs(const std::vector<PageGlyph>& glyphs) {
 PageFont::PageFont(cairo_scaled_font_t* scaledFont)
     : scaled(cairo_scaled_font_reference(scaledFont)) {}
 
-PageFont::~PageFont() { cairo_scaled_font_destroy(scaled); }
+PageFont::~PageFont() {
+  const FontLock lock;
+  cairo_scaled_font_destroy(scaled);
+}
 
 PageCanvas::PageCanvas(const PDFPaper& paper, const std::string& title, bool hasLinks, Write write)
     : write_(std::move(write)),
@@ -76,6 +80,7 @@ PageCanvas::PageCanvas(const PDFPaper& paper, const std::string& title, bool has
           cairo_pdf_surface_create_for_stream(&writePiece, &write_, paper.width, paper.height)),
       cairo_(cairo_create(surface_)),
       hasLinks_(hasLinks) {
+  const FontLock lock;
   cairo_pdf_surface_set_metadata(surface_, CAIRO_PDF_METADATA_TITLE, title.c_str());
   cairo_pdf_surface_set_metadata(surface_, CAIRO_PDF_METADATA_CREATOR, "libkelspar");
   cairo_pdf_surface_set_metadata(surface_, CAIRO_PDF_METADATA_CREATE_DATE, creationDate().c_str());
@@ -95,6 +100,7 @@ PageCanvas::PageCanvas(const PDFPaper& paper, const std::string& title, bool has
 }
 
 PageCanvas::~PageCanvas() {
+  const FontLock lock;
   cairo_scaled_font_destroy(plainFont_);
   cairo_destroy(cairo_);
   cairo_surface_finish(surface_);
@@ -109,6 +115,7 @@ bool PageCanvas::isBroken() const {
 void PageCanvas::turnPage(bool isLast) {
   showGathered();
   painted_.clear();
+  const FontLock lock;
   if (isLast && hasLinks_) cairo_tag_end(cairo_, "Document");
   cairo_show_page(cairo_);
 }
@@ -141,6 +148,7 @@ void PageCanvas::show(const GlyphRun& run, double y, bool asText) {
   if (run.glyphs.empty()) return;
   if (run.kind == GlyphKind::text && asText && !run.isBackward) return gather(run, y);
   showGathered();
+  const FontLock lock;
   moved_ = run.glyphs;
   for (PageGlyph& glyph : moved_) glyph.y += y;
   setColor(run.color);
@@ -180,6 +188,7 @@ void PageCanvas::gather(const GlyphRun& run, double y) {
 
 void PageCanvas::showGathered() {
   if (gathered_.glyphs.empty()) return;
+  const FontLock lock;
   setColor(gathered_.color);
   cairo_set_scaled_font(cairo_, gathered_.font->scaled);
   cairo_show_text_glyphs(cairo_, gathered_.text.data(), static_cast<int>(gathered_.text.size()),

@@ -9,6 +9,7 @@
 #include <cmath>
 
 #include "platform/foundation/scan.h"
+#include "platform/graphics/font_lock.h"
 #include "platform/graphics/line_maker.h"
 #include "platform/graphics/pango_fonts.h"
 #include "platform/graphics/pango_text.h"
@@ -98,6 +99,7 @@ class ParagraphSetter::Setter {
       const auto [least, most] = words_.extent();
       return {roundedUp(least) + around, roundedUp(most) + around};
     }
+    const FontLock lock;
     load(begin, end);
     pango_layout_set_justify(layout_.get(), FALSE);
     pango_layout_set_width(layout_.get(), -1);
@@ -224,6 +226,7 @@ class ParagraphSetter::Setter {
 
   double setPieces(size_t at, size_t end, bool isFirst, double y, std::vector<PageLine>* lines) {
     do {
+      const FontLock lock;
       const Piece piece = pieceAt(units_, at, end);
       load(at, piece.end);
       const double left = std::min(first_, head_);
@@ -312,9 +315,12 @@ class ParagraphSetter::Setter {
 };
 
 ParagraphSetter::ParagraphSetter(const NSAttributedString& text)
-    : setter_(std::make_unique<Setter>(text)) {}
+    : setter_((FontLock(), std::make_unique<Setter>(text))) {}
 
-ParagraphSetter::~ParagraphSetter() = default;
+ParagraphSetter::~ParagraphSetter() {
+  const FontLock lock;
+  setter_.reset();
+}
 
 double ParagraphSetter::set(size_t begin, size_t end, Column column, double y,
                             std::vector<PageLine>* lines) {

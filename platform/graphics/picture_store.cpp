@@ -11,6 +11,7 @@
 #include <cstring>
 
 #include "platform/graphics/NSImage.h"
+#include "platform/graphics/font_lock.h"
 #include "platform/graphics/image_details.h"
 #include "platform/graphics/image_format.h"
 #include "platform/graphics/svg_claims.h"
@@ -158,6 +159,7 @@ cairo_surface_t* PictureStore::drawnSurface(const NSData& file) {
   constexpr int64_t kWorkADecodedPixel = 500;
   if (decodedPixels_ >= kMostDecoded) return nullptr;
   const SVGClaims claims = svgClaimsOf(file.chars());
+  const FontLock lock;  // drawings hold text
   cairo_surface_t* surface = decodedSurface(file, claims.mostPixels);
   decodedPixels_ += 10 * file.length();
   if (!surface) return nullptr;

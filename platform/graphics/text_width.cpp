@@ -9,6 +9,7 @@
 
 #include "platform/foundation/scan.h"
 #include "platform/foundation/utf8.h"
+#include "platform/graphics/font_lock.h"
 #include "platform/graphics/pango_fonts.h"
 
 namespace kelspar {
@@ -30,7 +31,14 @@ class Ruler {
     return ruler;
   }
 
+  ~Ruler() {
+    const FontLock lock;
+    layout_.reset();
+    context_.reset();
+  }
+
   double width(const std::string& line, PangoAttrList* attributes) {
+    const FontLock lock;
     pango_layout_set_text(layout_.get(), line.data(), static_cast<int>(line.size()));
     pango_layout_set_attributes(layout_.get(), attributes);
     int width = 0;
@@ -39,7 +47,9 @@ class Ruler {
   }
 
  private:
-  Ruler() : context_(newPointContext()) {
+  Ruler() {
+    const FontLock lock;
+    context_.reset(newPointContext());
     layout_.reset(pango_layout_new(context_.get()));
     pango_layout_set_single_paragraph_mode(layout_.get(), TRUE);
     PangoTabArray* tabs = pango_tab_array_new(1, FALSE);

@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <unordered_map>
 
+#include "platform/graphics/font_lock.h"
 #include "platform/graphics/pango_fonts.h"
 #include "platform/graphics/pango_text.h"
 
@@ -85,6 +86,7 @@ class WordLines::Shapes {
   void forgetMany() {
     constexpr size_t kMany = 6'000;
     if (count_ < kMany && fonts_.size() < 100) return;
+    const FontLock lock;
     fonts_.clear();
     font_ = nullptr;
     count_ = 0;
@@ -107,6 +109,7 @@ class WordLines::Shapes {
   }
 
   WordShape shape(std::u16string_view word) {
+    const FontLock lock;
     PangoFontDescription* description = fontDescription(font_->look);
     pango_layout_set_font_description(layout_, description);
     pango_font_description_free(description);
