@@ -170,7 +170,7 @@ class Reader {
       attachment.bytes = bytesOf(stream.get());
       if (depth_ < kMostNesting) attachment.message = Reader(options_, depth_ + 1).read(inside);
     }
-    if (attachment.name.isEmpty() && attachment.message) {
+    if (attachment.name.isEmpty() && attachment.message && !attachment.message->subject.isEmpty()) {
       attachment.name = NSString(std::u16string(attachment.message->subject.view()) + u".eml");
     }
     message_->attachments.push_back(std::move(attachment));

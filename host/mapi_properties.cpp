@@ -131,8 +131,12 @@ NSString MapiProperties::text(uint16_t identifier) const {
         value->bytes.subdata(0, value->bytes.length() & ~size_t{1}), u"utf-16le"));
   }
   if (value->type != kMapiString8) return nil;
-  const NSString label =
-      !charset_.empty() ? NSString(charset_) : NSString(std::to_string(codePage_));
+  if (!charset_.empty()) {
+    return withoutTrailingNULs(MailKelspar::textFromData(value->bytes, NSString(charset_)));
+  }
+  // Bodies may be in UTF-8 while the store's own strings are in the language's page.
+  const bool isUTF8 = codePage_ != kUTF8Page || NSString::fromUTF8(value->bytes.chars());
+  const NSString label(std::to_string(isUTF8 ? codePage_ : languagePage_));
   return withoutTrailingNULs(MailKelspar::textFromData(value->bytes, label));
 }
 
@@ -168,8 +172,10 @@ uint32_t MapiProperties::statedCodePage() const {
     if (page == 0 || page == kUTF16Page || isForTransport(page)) continue;
     if (page != kUTF8Page || codePage_ == 0) return page;
   }
-  return pageOfLocale(number(kMapiMessageLocale));
+  return languagePage();
 }
+
+uint32_t MapiProperties::languagePage() const { return pageOfLocale(number(kMapiMessageLocale)); }
 
 void fillMessage(const MapiProperties& properties, Message* message) {
   if (const NSString subject = subjectOf(properties)) message->subject = subject;

@@ -78,7 +78,11 @@ class MapiProperties {
     values_.emplace(identifier, Value{type, std::move(bytes)});
   }
   // The page of 8-bit texts; 0: not known.
-  void setCodePage(uint32_t number) { codePage_ = number; }
+  // `language`: the page of texts that are not in UTF-8 although that is `number`; 0: not known.
+  void setCodePage(uint32_t number, uint32_t language = 0) {
+    codePage_ = number;
+    languagePage_ = language;
+  }
   [[nodiscard]] uint32_t codePage() const { return codePage_; }
   void setCharset(const std::string& label) { charset_ = label; }
   [[nodiscard]] const std::string& charset() const { return charset_; }
@@ -94,6 +98,8 @@ class MapiProperties {
 
   // The page that the message's own properties state, or 0.
   [[nodiscard]] uint32_t statedCodePage() const;
+  // The page of the message's language; 0: not known.
+  [[nodiscard]] uint32_t languagePage() const;
 
  private:
   struct Value {
@@ -103,7 +109,7 @@ class MapiProperties {
   [[nodiscard]] const Value* find(uint16_t identifier) const;
 
   std::map<uint16_t, Value> values_;
-  uint32_t codePage_ = 0;
+  uint32_t codePage_ = 0, languagePage_ = 0;
   std::string charset_;
 };
 

@@ -23,8 +23,11 @@ SafeHTML madeSafe(const NSString& html) {
           safe.objectForKey<NSNumber>(u"removed").unsignedLongValue()};
 }
 
+// Looks of its own: style sheets of the body are not meant for it.
 std::string row(const std::string& name, const std::string& value) {
-  return "<tr><th align=\"left\" valign=\"top\">" + name + "</th><td>" + escapedHTML(value) +
+  constexpr const char* kLook = "sans-serif; color: #000; background-color: #fff\">";
+  return std::string("<tr><th align=\"left\" valign=\"top\" style=\"font: bold 10pt ") + kLook +
+         name + "</th><td align=\"left\" style=\"font: 10pt " + kLook + escapedHTML(value) +
          "</td></tr>\n";
 }
 
@@ -35,7 +38,7 @@ std::string headerTable(const Message& message, uint64_t removed) {
     rows += row("Removed",
                 std::to_string(removed) + (removed == 1 ? " remote content" : " remote contents"));
   }
-  return rows.empty() ? "" : "<table>\n" + rows + "</table>\n<hr>\n";
+  return rows.empty() ? "" : "<table>\n" + rows + "</table>\n<hr>\n<p></p>\n";
 }
 
 }  // namespace

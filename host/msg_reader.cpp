@@ -76,7 +76,10 @@ class Reader {
     message->format = "msg";
     MapiProperties properties = propertiesOf(children, isTop ? 32 : 24);
     if (properties.isEmpty()) return nullptr;
-    if (isTop) codePage_ = properties.statedCodePage();
+    if (isTop) {
+      codePage_ = properties.statedCodePage();
+      languagePage_ = properties.languagePage();
+    }
     prepare(&properties);
     fillMessage(properties, message.get());
     for (const Child& child : children) {
@@ -95,7 +98,7 @@ class Reader {
 
  private:
   void prepare(MapiProperties* properties) const {
-    properties->setCodePage(codePage_);
+    properties->setCodePage(codePage_, languagePage_);
     properties->setCharset(options_.charset);
   }
 
@@ -191,7 +194,7 @@ class Reader {
   const ReadOptions& options_;
   const size_t fileSize_;
   size_t budget_;
-  uint32_t codePage_ = 0;
+  uint32_t codePage_ = 0, languagePage_ = 0;
   bool damaged_ = false;
 };
 

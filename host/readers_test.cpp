@@ -130,6 +130,14 @@ TEST(EML, AttachedMessagesAreOpened) {
   EXPECT_EQ(message->attachments[0].message->subject, NSString(u"inner"));
 }
 
+TEST(EML, AttachedMessagesWithoutSubjectHaveNoName) {
+  const auto message = eml("Content-Type: message/rfc822\n\nFrom: a@b.c\n\nbody");
+  ASSERT_TRUE(message);
+  ASSERT_EQ(message->attachments.size(), 1u);
+  EXPECT_TRUE(message->attachments[0].name.isEmpty());
+  EXPECT_NE(textOf(*message, {}).find("Attachments: unnamed"), std::string::npos);
+}
+
 TEST(EML, NoBytesAreNoMessage) {
   EXPECT_FALSE(eml(""));
   const auto message = eml("\rno field");
@@ -208,6 +216,11 @@ TEST(Corpus, EveryMessageIsShownInEveryForm) {
     ++read;
   }
   EXPECT_GT(read, 400u);
+}
+
+TEST(Corpus, StringsUnderUTF8MayBeInTheLanguagesPage) {
+  const std::string text = textOfCorpus("poi__ASCII_UTF-8_CP1252_LCID1031.msg");
+  EXPECT_NE(text.find("Subject: Subject \u00F6\u00E4\u00FC Subject"), std::string::npos) << text;
 }
 
 TEST(Corpus, EightBitStringsOfMsgFilesAreDecoded) {
