@@ -89,12 +89,12 @@ PageCanvas::PageCanvas(const PDFPaper& paper, const std::string& title, bool has
   cairo_select_font_face(cairo_, "sans-serif", CAIRO_FONT_SLANT_NORMAL, CAIRO_FONT_WEIGHT_NORMAL);
   cairo_set_font_size(cairo_, 6);
   plainFont_ = cairo_scaled_font_reference(cairo_get_scaled_font(cairo_));
-  cairo_glyph_t* blank = nullptr;
+  cairo_glyph_t* bar = nullptr;
   int count = 0;
-  cairo_scaled_font_text_to_glyphs(plainFont_, 0, 0, " ", 1, &blank, &count, nullptr, nullptr,
+  cairo_scaled_font_text_to_glyphs(plainFont_, 0, 0, "|", 1, &bar, &count, nullptr, nullptr,
                                    nullptr);
-  blank_ = count == 1 ? blank->index : 0;
-  cairo_glyph_free(blank);
+  bar_ = count == 1 ? bar->index : 0;
+  cairo_glyph_free(bar);
   cairo_translate(cairo_, paper.left, paper.top);
   cairo_scale(cairo_, paper.scale, paper.scale);
 }
@@ -200,9 +200,12 @@ void PageCanvas::showGathered() {
   gathered_.text.clear();
 }
 
-// As text only: a blank that stands for it.
+// As text only. Cairo leaves out blanks near the page's edges together with their text, and what
+// has no opacity at all: a bar with the least that it draws stands for the text.
 void PageCanvas::hide(std::string_view text, double x, double y) {
-  const cairo_glyph_t glyph{blank_, x, y};
+  constexpr double kFaint = 1.0 / 200;
+  const cairo_glyph_t glyph{bar_, x, y};
+  cairo_set_source_rgba(cairo_, 0.5, 0.5, 0.5, kFaint);
   const cairo_text_cluster_t cluster{static_cast<int>(text.size()), 1};
   cairo_set_scaled_font(cairo_, plainFont_);
   cairo_show_text_glyphs(cairo_, text.data(), static_cast<int>(text.size()), &glyph, 1, &cluster, 1,
@@ -269,6 +272,8 @@ void PageCanvas::show(const Picture& picture, double y) {
     cairo_rectangle(cairo_, picture.x + 0.5, y + picture.y + 0.5, picture.width - 1,
                     picture.height - 1);
     cairo_stroke(cairo_);
+    labels_.draw(cairo_, pictureLabel(*picture.attachment), picture.x, y + picture.y, picture.width,
+                 picture.height);
     return;
   }
   cairo_save(cairo_);

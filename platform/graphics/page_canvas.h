@@ -7,6 +7,7 @@
 
 #include "platform/graphics/page_line.h"
 #include "platform/graphics/pdf_paper.h"
+#include "platform/graphics/picture_label.h"
 #include "platform/graphics/picture_store.h"
 
 typedef struct _cairo cairo_t;
@@ -47,7 +48,8 @@ class PageCanvas {
   std::vector<const cairo_surface_t*> painted_;  // on the page
   bool hasLinks_;
   cairo_scaled_font_t* plainFont_;
-  unsigned long blank_;
+  unsigned long bar_;
+  LabelWriter labels_;
   std::vector<PageGlyph> moved_;
   GlyphRun gathered_;  // on the page, not drawn yet
 };

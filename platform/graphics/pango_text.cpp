@@ -84,6 +84,11 @@ void PangoText::insertShapes(const NSTextAttributes& look, size_t start) {
       const double ratio = image.height() / image.width();
       if (width <= 0) width = height > 0 ? height / ratio : image.width();
       if (height <= 0) height = width * ratio;
+    } else if (attachment.alternative.length() > 0 && width <= 0 && height <= 0) {
+      // Room for the words that stand for it.
+      constexpr double kLetter = 5, kAround = 8;
+      width = kAround + kLetter * static_cast<double>(attachment.alternative.length());
+      height = 12;
     }
   }
   const double scale = width > widest_ ? widest_ / width : 1;

@@ -6,6 +6,7 @@
 
 #include "platform/graphics/NSImage.h"
 #include "platform/graphics/pdf_tools.h"
+#include "platform/graphics/picture_label.h"
 
 namespace kelspar {
 namespace {
@@ -147,6 +148,49 @@ TEST(PDFImages, TurnsPutTheFirstCornerInItsPlace) {
     const double x = isLeft ? 8 : isAbove || isBelow ? right / 2 : right;
     const double y = isBelow ? bottom : isAbove ? 8 : bottom / 2;
     EXPECT_NEAR(at(x, y), 105, 25) << orientation;
+  }
+}
+
+TEST(PDFImages, WhatIsMissingIsNamed) {
+  const auto picture = [](const char16_t* source, const char16_t* alternative = nullptr,
+                          const char16_t* name = nullptr, const char16_t* type = nullptr) {
+    const auto text = [](const char16_t* units) { return units ? NSString(units) : NSString(); };
+    NSTextAttachment missing;
+    missing.source = text(source);
+    missing.alternative = text(alternative);
+    missing.name = text(name);
+    missing.type = text(type);
+    return missing;
+  };
+  const struct {
+    const char* name;
+    NSTextAttachment picture;
+    const char* label;
+  } kRows[] = {
+      {"Alternative", picture(u"https://a.example/b.png", u"Logo"), "Logo"},
+      {"Remote", picture(u"https://u@a.example/x/b.png?c=/d"), "b.png (a.example)"},
+      {"RemoteWithoutFile", picture(u"http://a.example/"), "a.example"},
+      {"ContentIdentifier", picture(u"cid:plan@kelspar"), "plan@kelspar"},
+      {"Name", picture(u"cid:x", nullptr, u"plan.png"), "plan.png"},
+      {"Kind", picture(nullptr, nullptr, nullptr, u"image/x-emf"), "EMF"},
+      {"BlankAlternative", picture(u"cid:a-long-one", u" "), "a-long-one"},
+      {"Nothing", {}, ""},
+  };
+  const auto documentWith = [](NSTextAttachment missing, double side) {
+    missing.width = missing.height = side;
+    NSTextAttributes look;
+    look.attachment = std::make_shared<const NSTextAttachment>(missing);
+    return testtools::documentOf(NSAttributedString(u"\xFFFC"_ns, look));
+  };
+  for (const auto& row : kRows) {
+    EXPECT_EQ(pictureLabel(row.picture), row.label) << row.name;
+    const PDFFile file(documentWith(row.picture, 100));
+    EXPECT_TRUE(file.isSound()) << row.name;
+    EXPECT_EQ(file.letters(), "") << row.name << ": a label is no text";
+    const size_t bare = documentWith({}, 100).size(),
+                 labelled = documentWith(row.picture, 100).size();
+    EXPECT_EQ(labelled > bare + 100, *row.label != 0) << row.name;
+    EXPECT_EQ(documentWith(row.picture, 1).size(), documentWith({}, 1).size()) << row.name;
   }
 }
 

@@ -51,6 +51,7 @@ TEST(PDFPages, TheTextComesBack) {
        u"a\tb\x01"
        u"c"},
       {"NoFont", u"a\U0001F984\uE123\U000F1234z"},
+      {"NoFontAtTheEdge", u"\uE123\uE124\n\uE124\uE123\n\U0001F984\U0001F600\n\uE123"},
   };
   for (const auto& row : kRows) {
     NSTextAttributes look;
