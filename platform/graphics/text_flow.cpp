@@ -93,40 +93,46 @@ double widestBorder(const NSTextTableCell& cell) {
                    widthOf(borders.left)});
 }
 
-// Lines along the sides of a cell lie half inside it.
-void addBorders(const NSTextBorders& borders, double width, double height, double left, double down,
-                PageLine* box) {
-  const auto across = [&](const NSTextBorder& border, double y) {
-    const double line = widthOf(border), half = line / 2;
-    if (line > 0) {
-      box->fills.push_back({left - half, down + y - half, width + line, line, border.color});
-    }
-  };
-  const auto along = [&](const NSTextBorder& border, double x) {
-    const double line = widthOf(border), half = line / 2;
-    if (line > 0) {
-      box->fills.push_back({left + x - half, down - half, line, height + line, border.color});
-    }
-  };
-  across(borders.top, 0);
-  across(borders.bottom, height);
-  along(borders.left, 0);
-  along(borders.right, width);
-}
+// A cell's ground and lines, as far as they are known: its first piece has the line above, its last
+// one that below. Lines along the sides lie half inside the cell.
+struct Box {
+  double left, top, width;
+  NSTextBorders borders;
+  double widest;  // of the borders
+  std::optional<NSColor> background;
+  bool isBegun = false;  // pieces of it are drawn
+  size_t begin = 0;      // of the piece's contents among the lines at hand
 
-void addBox(double left, double top, double width, double height, const NSTextTableCell& cell,
-            std::vector<PageLine>* lines) {
-  const auto background = cell.rowSpan > 0 ? cell.background : std::nullopt;
-  const double widest = widestBorder(cell);
-  if (widest <= 0 && !background) return;
-  PageLine& box = lines->emplace_back();
-  const double down = widest / 2;
-  box.top = top - down;
-  box.bottom = top + height + down;
-  box.mayBeCut = true;
-  if (background) box.fills.push_back({left, down, width, height, *background});
-  addBorders(cell.borders, width, height, left, down, &box);
-}
+  [[nodiscard]] bool isSeen() const { return widest > 0 || background; }
+  [[nodiscard]] PageLine pieceTo(double end, bool isLast) const {
+    const double down = inset(), height = end - top;
+    PageLine piece;
+    piece.top = top - down;
+    piece.bottom = end + (isLast ? widest / 2 : 0);
+    piece.mayBeCut = true;
+    if (background) piece.fills.push_back({left, down, width, height, *background});
+    if (!isBegun) addAcross(borders.top, down, &piece);
+    if (isLast) addAcross(borders.bottom, down + height, &piece);
+    addAlong(borders.left, left, height, isLast, &piece);
+    addAlong(borders.right, left + width, height, isLast, &piece);
+    return piece;
+  }
+
+ private:
+  // Where the ground begins in the piece.
+  [[nodiscard]] double inset() const { return isBegun ? 0 : widest / 2; }
+  void addAcross(const NSTextBorder& border, double y, PageLine* piece) const {
+    const double line = widthOf(border), half = line / 2;
+    if (line > 0) piece->fills.push_back({left - half, y - half, width + line, line, border.color});
+  }
+  void addAlong(const NSTextBorder& border, double x, double height, bool isLast,
+                PageLine* piece) const {
+    const double line = widthOf(border), half = line / 2;
+    const double above = isBegun ? 0 : half, below = isLast ? half : 0;
+    if (line <= 0) return;
+    piece->fills.push_back({x - half, inset() - above, line, height + above + below, border.color});
+  }
+};
 
 class Flow {
  public:
@@ -136,12 +142,11 @@ class Flow {
       : reader_(text), setter_(text), take_(take) {}
 
   void run() {
-    constexpr size_t kLinesAtATime = 64;
     while (!reader_.isAtEnd() && goesOn_) {
       if (reader_.cells().empty()) {
         const Paragraph paragraph = reader_.next();
         y_ = setter_.set(paragraph.begin, paragraph.end, {}, y_, &lines_);
-        if (lines_.size() >= kLinesAtATime) handOn();
+        handOnMany(y_);
       } else {
         setOuterTable();
       }
@@ -153,6 +158,25 @@ class Flow {
   void handOn() {
     goesOn_ = goesOn_ && take_(std::move(lines_), y_);
     lines_.clear();
+  }
+
+  // In the midst of cells as well, with what is to be seen of them above `y`. There the ground
+  // goes on a little below, so that the next piece leaves no seam.
+  void handOnMany(double y) {
+    constexpr size_t kLinesAtATime = 64;
+    constexpr double kOverlap = 1;
+    if (lines_.size() < kLinesAtATime) return;
+    y_ = y;
+    std::vector<PageLine> pieces;
+    for (Box& box : open_) {
+      if (box.isSeen()) pieces.push_back(box.pieceTo(y + kOverlap, false));
+      box.top = y;
+      box.isBegun = true;
+      box.begin = 0;
+    }
+    lines_.insert(lines_.begin(), std::move_iterator(pieces.begin()),
+                  std::move_iterator(pieces.end()));
+    handOn();
   }
 
   void setOuterTable() {
@@ -171,6 +195,7 @@ class Flow {
       if (paragraph.cells->size() <= depth || depth >= kDeepestTable) {
         y = setter_.set(paragraph.begin, paragraph.end, column, y, lines);
         ++at;
+        if (lines == &lines_ && at < paragraphs.size()) handOnMany(y);
         continue;
       }
       const size_t end = tableEnd(paragraphs, at, depth);
@@ -277,12 +302,46 @@ class Flow {
       while (last < cells.size() && cells[last].firstRow <= end) {
         end = std::max(end, cells[last++].lastRow);
       }
-      y = setRows(std::span(cells).subspan(first, last - first), edges, depth, y, lines);
+      const auto rows = std::span(cells).subspan(first, last - first);
+      const bool isAlone = rows.size() == 1 && lines == &lines_;
+      y = isAlone ? setCell(rows[0], edges, depth, y) : setRows(rows, edges, depth, y, lines);
       if (depth == 0) {
         y_ = y;
         handOn();
+      } else if (lines == &lines_ && last < cells.size()) {
+        handOnMany(y);
       }
       first = last;
+    }
+    return y;
+  }
+
+  static Box boxOf(const Cell& cell, const std::vector<double>& edges, double top) {
+    return {.left = edges[cell.column],
+            .top = top,
+            .width = edges[cell.column + cell.span] - edges[cell.column],
+            .borders = cell.place->borders,
+            .widest = widestBorder(*cell.place),
+            .background = cell.place->rowSpan > 0 ? cell.place->background : std::nullopt};
+  }
+
+  static Column insideOf(const Box& box) {
+    const double padding = std::min(kPadding, box.width / 4);
+    return {box.left + padding, box.width - 2 * padding};
+  }
+
+  // A cell with no other beside it: its lines are handed on before its end is known.
+  double setCell(const Cell& cell, const std::vector<double>& edges, size_t depth, double y) {
+    const double inset = insetOf(*cell.place);
+    open_.push_back(boxOf(cell, edges, y));
+    open_.back().begin = lines_.size();
+    if (cell.place->rowSpan > 0) {
+      y = setFlow(cell.paragraphs, depth + 1, insideOf(open_.back()), y + inset, &lines_) + inset;
+    }
+    const Box box = open_.back();
+    open_.pop_back();
+    if (box.isSeen()) {
+      lines_.insert(lines_.begin() + static_cast<ptrdiff_t>(box.begin), box.pieceTo(y, true));
     }
     return y;
   }
@@ -302,21 +361,18 @@ class Flow {
       const size_t row = cell.firstRow - firstRow, behind = cell.lastRow - firstRow + 1;
       tops.resize(std::max(tops.size(), behind + 1), y);
       settle(row);
-      const double left = edges[cell.column];
-      const double width = edges[cell.column + cell.span] - left;
       if (cell.place->rowSpan == 0) continue;
-      const double padding = std::min(kPadding, width / 4), inset = insetOf(*cell.place);
+      const double inset = insetOf(*cell.place);
+      const Column inside = insideOf(boxOf(cell, edges, tops[row]));
       const double bottom =
-          setFlow(cell.paragraphs, depth + 1, {left + padding, width - 2 * padding},
-                  tops[row] + inset, &contents);
+          setFlow(cell.paragraphs, depth + 1, inside, tops[row] + inset, &contents);
       tops[behind] = std::max(tops[behind], bottom + inset);
     }
     settle(tops.size() - 1);
     for (const Cell& cell : cells) {
-      const double left = edges[cell.column];
-      const double top = tops[cell.firstRow - firstRow];
-      addBox(left, top, edges[cell.column + cell.span] - left,
-             tops[cell.lastRow - firstRow + 1] - top, *cell.place, lines);
+      const Box box = boxOf(cell, edges, tops[cell.firstRow - firstRow]);
+      if (!box.isSeen()) continue;
+      lines->push_back(box.pieceTo(tops[cell.lastRow - firstRow + 1], true));
     }
     std::ranges::move(contents, std::back_inserter(*lines));
     return tops.back();
@@ -330,6 +386,8 @@ class Flow {
   ParagraphSetter setter_;
   const Take& take_;
   std::vector<PageLine> lines_;
+  std::vector<Box>
+      open_;  // cells that stand alone in their row, around what is set; outermost first
   double y_ = 0;
   bool goesOn_ = true;
 };

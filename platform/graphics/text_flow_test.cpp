@@ -4,6 +4,7 @@
 #include <map>
 
 #include "platform/graphics/pdf_tools.h"
+#include "platform/graphics/text_flow.h"
 
 namespace kelspar {
 namespace {
@@ -191,6 +192,53 @@ TEST(TextFlow, CellsGoOverPages) {
       EXPECT_LE(l.bottom, keeps ? 716 : 730) << i;
     }
   }
+}
+
+// A body in one cell, in a cell of its own: what is at hand does not grow with it.
+TEST(TextFlow, ALongCellIsHandedOnInPieces) {
+  constexpr size_t kLines = 2'000;
+  std::u16string body;
+  for (size_t i = 0; i < kLines; ++i) body += NSString("l" + std::to_string(i) + "\n").view();
+  const NSColor ground{240, 240, 255}, inner{255, 240, 240};
+  const auto cell = [](uint32_t table, float border, NSColor background) {
+    NSTextTableCell place{.table = table, .borders = NSTextBorders::all({border, {}})};
+    place.background = background;
+    return place;
+  };
+  NSMutableAttributedString text;
+  NSParagraphStyle style;
+  style.cells = {cell(1, 2, ground)};
+  text.append(NSString(u"above\n"), lookOf(style));
+  style.cells.push_back(cell(2, 1, inner));
+  text.append(NSString(body), lookOf(style));
+  style.cells.pop_back();
+  text.append(NSString(u"below\n"), lookOf(style));
+  size_t most = 0, words = 0;
+  double reached = 0;
+  std::map<uint8_t, std::vector<std::pair<double, double>>> grounds;  // by their red
+  layOut(text.copy(), [&](std::vector<PageLine> lines, double y) {
+    most = std::max(most, lines.size());
+    for (const PageLine& line : lines) {
+      EXPECT_GE(line.top, reached - 2);
+      words += !line.glyphs.empty();
+      for (const Fill& fill : line.fills) {
+        if (fill.color == NSColor{}) continue;
+        grounds[fill.color.red].emplace_back(line.top + fill.y, line.top + fill.y + fill.height);
+      }
+    }
+    reached = y;
+    return true;
+  });
+  EXPECT_LT(most, 100u);
+  EXPECT_EQ(words, kLines + 2);
+  for (const auto& [red, pieces] : grounds) {
+    EXPECT_GT(pieces.size(), 20u);
+    for (size_t i = 1; i < pieces.size(); ++i) {
+      EXPECT_NEAR(pieces[i].first, pieces[i - 1].second - 1, 0.01) << "no gap, no seam";
+    }
+  }
+  EXPECT_NEAR(grounds[240].back().second, reached, 0.01);
+  EXPECT_LT(grounds[255].back().second, reached - 10);
 }
 
 // Plain words come from known shapes; a soft hyphen sends the same words to Pango.
