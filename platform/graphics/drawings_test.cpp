@@ -91,6 +91,7 @@ TEST(Drawings, ImagesInsideComeFromTheFileAlone) {
        {"file://" + beside.string(), beside.string(), beside.filename().string(),
         "file:///etc/passwd"s, "http://127.0.0.1:9/x.png"s,
         "data:image/svg+xml;base64," + inBase64(svg("<rect width=\"20\" height=\"20\"/>")),
+        "data:image/gif"s, "data:image/gif,GIF89a"s,
         "data:image/bmp;base64," + inBase64(svg("<rect width=\"20\" height=\"20\"/>")),
         "&#100;ata:image/svg+xml,"s}) {
     EXPECT_EQ(colorInTheMiddle(imageOf(href)), kNothing) << href;

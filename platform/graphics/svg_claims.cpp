@@ -78,6 +78,7 @@ class Images {
     if (!value.starts_with(kData)) return false;
     const std::string_view behind = value.substr(kData.size());
     const size_t type = behind.find(kBase64);
+    if (type == behind.npos) return false;
     if (std::ranges::find(kTypes, behind.substr(0, type)) == std::end(kTypes)) return false;
     const ImageDetails details =
         imageDetailsOf(base64::decodeLenient(behind.substr(type + kBase64.size())));
