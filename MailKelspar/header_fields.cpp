@@ -161,9 +161,9 @@ struct Pending {
     } else {
       name = words;
     }
-    if (!name.empty() || !mailbox.empty()) {
-      list->push_back(NSDictionary{{u"name", NSString(headers::decodedText(name))},
-                                   {u"address", NSString(headers::decodedText(mailbox))}});
+    const NSString shown(headers::decodedText(name)), place(headers::decodedText(mailbox));
+    if (!shown.isEmpty() || !place.isEmpty()) {
+      list->push_back(NSDictionary{{u"name", shown}, {u"address", place}});
     }
     *this = Pending();
   }

@@ -65,6 +65,11 @@ constexpr AddressRow kAddresses[] = {
     {"QuotedLocalPart", "<\"a b\"@c.d>", u"|\"a b\"@c.d"},
     {"NoAddress", "Ann Lee", u"Ann Lee|"},
     {"Nothing", "", u""},
+    {"WordsOfNothing",
+     "=?utf-8?Q?"
+     "?=, a@b.c, =?utf-8?B?"
+     "?= <>",
+     u"|a@b.c"},
     {"NoEnd", "Ann <a@b", u"Ann|a@b"},
 };
 INSTANTIATE_TEST_SUITE_P(MailKelspar, Addresses, testing::ValuesIn(kAddresses),

@@ -1,5 +1,10 @@
 #!/usr/bin/env python3
-"""Runs the README's examples in Python and JavaScript as they stand there: readme_test.py README EXTENSION"""
+"""Runs the README's examples as they stand there, in Python, JavaScript and the shell, and compares its table of
+operations with the extension's catalogue.
+
+    readme_test.py README EXTENSION KELSPAR
+"""
+import json
 import os
 import pathlib
 import re
@@ -9,8 +14,42 @@ import sys
 RUN = {'python': ['python3', '-'], 'javascript': ['node', '-']}
 
 
-def main(readme, extension):
-    blocks = re.findall(r'^```(\w+)\n(.*?)^```$', pathlib.Path(readme).read_text(), re.M | re.S)
+def check_commands(text, kelspar, folder):
+    """Commands of the indented blocks; lines that follow one are its output, "..." is any lines."""
+    ran = 0
+    for command, output in re.findall(r'^    \$ ((?:.*\\\n)*.*)\n((?:    (?!\$).*\n)*)', text, re.M):
+        if not command.startswith('./run convert'):
+            continue
+        arguments = command.replace('\\\n', ' ').split()[1:]
+        if '-o' in arguments:
+            arguments[arguments.index('-o') + 1] = os.devnull
+        result = subprocess.run([kelspar, *arguments], cwd=folder, text=True, capture_output=True, timeout=60)
+        lines = [line[4:] for line in output.splitlines()]
+        pattern = '.*'.join(re.escape(piece) for piece in '\n'.join(lines).split('...'))
+        if result.returncode != 0 or not re.fullmatch(pattern, result.stdout.strip('\n'), re.S):
+            sys.exit(f'{command}: {result.stdout!r}, not {lines}\n{result.stderr}')
+        ran += 1
+    return ran
+
+
+def check_table(text, extension):
+    request = json.dumps({'jsonrpc': '2.0', 'id': 1, 'method': 'rpc.discover'})
+    answer = subprocess.run([extension], input=request + '\n', text=True, capture_output=True, timeout=60).stdout
+    catalogue = {each['name']: sorted(operation['name'] for operation in each['operations'])
+                 for each in json.loads(answer)['result']['value']['classes']}
+    rows = re.findall(r'^\| `(\w+)` \| [^|]* \| (`[^|]*`) \|$', text, re.M)
+    table = {name: sorted(re.findall('`([^`]*)`', operations)) for name, operations in rows}
+    for name in sorted(catalogue.keys() | table.keys()):
+        if catalogue.get(name) != table.get(name):
+            sys.exit(f'{name}: the table says {table.get(name)}, the catalogue {catalogue.get(name)}')
+
+
+def main(readme, extension, kelspar):
+    text = pathlib.Path(readme).read_text()
+    check_table(text, extension)
+    if check_commands(text, kelspar, pathlib.Path(readme).parent) < 3:
+        sys.exit('too few commands were found')
+    blocks = re.findall(r'^```(\w+)\n(.*?)^```$', text, re.M | re.S)
     path = str(pathlib.Path(extension).resolve().parent) + os.pathsep + os.environ['PATH']
     ran = []
     for language, code in blocks:
