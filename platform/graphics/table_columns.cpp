@@ -38,6 +38,20 @@ void widen(const ColumnNeed& cell, std::vector<Width>* columns) {
   if (isStated && cell.span == 1) first->isStated = true;
 }
 
+// How wide a column may be where not all can have what they need: narrow ones keep what they need,
+// and the others have the rest in equal parts.
+double widestInNeed(const std::vector<Width>& columns, double available) {
+  std::vector<double> needs;
+  for (const Width& column : columns) needs.push_back(column.least);
+  std::ranges::sort(needs);
+  for (size_t i = 0; i < needs.size(); ++i) {
+    const double share = available / static_cast<double>(needs.size() - i);
+    if (needs[i] > share) return share;
+    available -= needs[i];
+  }
+  return needs.empty() ? 0 : needs.back();
+}
+
 }  // namespace
 
 std::vector<double> columnWidths(size_t columns, std::vector<ColumnNeed> cells, double available) {
@@ -54,12 +68,13 @@ std::vector<double> columnWidths(size_t columns, std::vector<ColumnNeed> cells, 
     least += width.least;
     most += width.most;
   }
+  const double widest = least >= available ? widestInNeed(widths, available) : 0;
   std::vector<double> result;
   for (const Width& width : widths) {
     if (most <= available) {
       result.push_back(width.most);
     } else if (least >= available) {
-      result.push_back(width.least * available / least);
+      result.push_back(std::min(width.least, widest));
     } else {
       result.push_back(width.least +
                        (width.most - width.least) * (available - least) / (most - least));
