@@ -3,7 +3,9 @@
 
 #include <gtest/gtest.h>
 
+#include <atomic>
 #include <cstdlib>
+#include <thread>
 
 #include "platform/graphics/pdf_tools.h"
 
@@ -158,6 +160,32 @@ TEST(PDFPages, NothingMoreIsWrittenAfterANo) {
   int calls = 0;
   writePDF(text(numberedLines(20'000)), {}, [&calls](std::string_view) { return ++calls < 3; });
   EXPECT_LE(calls, 3);
+}
+
+// More fonts than Cairo keeps open, in threads that open, measure, draw and close them at once.
+TEST(PDFPages, AreMadeInManyThreadsWithManyFonts) {
+  NSMutableAttributedString both;
+  for (const char16_t* family : {u"DejaVu Sans", u"DejaVu Serif", u"DejaVu Sans Mono",
+                                 u"Liberation Sans", u"Liberation Serif", u"Liberation Mono"}) {
+    for (int style = 0; style < 4; ++style) {
+      NSTextAttributes look;
+      look.font.family = NSString(family);
+      look.font.bold = style % 2 == 1;
+      look.font.italic = style >= 2;
+      both.append(text(u"word \u0416 ", look));
+    }
+  }
+  const NSAttributedString content = both.copy();
+  std::atomic<int> made = 0;
+  {
+    std::vector<std::jthread> threads;
+    for (int i = 0; i < 6; ++i) {
+      threads.emplace_back([&] {
+        for (int n = 0; n < 12; ++n) made += documentOf(content).size() > 10'000;
+      });
+    }
+  }
+  EXPECT_EQ(made, 72);
 }
 
 }  // namespace
