@@ -45,14 +45,18 @@ for file in "$root/usr/bin/kelspar" "$root/usr/bin/kelspar-extension" "$library/
   ! readelf -d "$file" | grep -E "R(UN)?PATH" || fail "$file: has a path of its own"
   ! ldd "$file" | grep "not found" || fail "$file: misses a library"
 done
-ldd "$root/usr/bin/kelspar" | grep -q "$library/libkelspar.so.0"
+# Whole outputs are looked at: who writes into a closed pipe fails.
+libraries=$(ldd "$root/usr/bin/kelspar")
+[[ $libraries == *"$library/libkelspar.so.0"* ]] || fail "another library is loaded: $libraries"
 
 cd "$scratch"
-"$root/usr/bin/kelspar" convert "$source/samples/invitation.rtfz" --to text | grep -q "Dear neighbours"
-"$root/usr/bin/kelspar" convert "$source/samples/invitation.rtfz" --to pdf | head -c 5 | grep -q "%PDF-"
+text=$("$root/usr/bin/kelspar" convert "$source/samples/invitation.rtfz" --to text)
+[[ $text == *"Dear neighbours"* ]] || fail "the text is: $text"
+"$root/usr/bin/kelspar" convert "$source/samples/invitation.rtfz" --to pdf -o page.pdf
+[ "$(head -c 5 page.pdf)" = "%PDF-" ] || fail "the document is none"
 request='{"jsonrpc":"2.0","id":1,"method":"stringByStrippingHTML","params":{"receiver":"<p>Hi</p>"}}'
-[ "$(echo "$request" | "$root/usr/bin/kelspar-extension" 2>/dev/null)" = \
-  '{"jsonrpc":"2.0","id":1,"result":{"value":"Hi"}}' ]
+answer=$(echo "$request" | "$root/usr/bin/kelspar-extension" 2>/dev/null)
+[ "$answer" = '{"jsonrpc":"2.0","id":1,"result":{"value":"Hi"}}' ] || fail "the answer is: $answer"
 
 if command -v lintian >/dev/null; then
   lintian --allow-root --fail-on error "$scratch"/made/*.deb
