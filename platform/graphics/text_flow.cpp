@@ -139,7 +139,7 @@ class Flow {
   using Take = std::function<bool(std::vector<PageLine> lines, double y)>;
 
   Flow(const NSAttributedString& text, const Take& take)
-      : reader_(text), setter_(text), take_(take) {}
+      : string_(text.string()), reader_(text), setter_(text), take_(take) {}
 
   void run() {
     while (!reader_.isAtEnd() && goesOn_) {
@@ -303,8 +303,8 @@ class Flow {
         end = std::max(end, cells[last++].lastRow);
       }
       const auto rows = std::span(cells).subspan(first, last - first);
-      const bool isAlone = rows.size() == 1 && lines == &lines_;
-      y = isAlone ? setCell(rows[0], edges, depth, y) : setRows(rows, edges, depth, y, lines);
+      const bool goesInPieces = lines == &lines_ && hasOneBody(rows);
+      y = goesInPieces ? setBody(rows, edges, depth, y) : setRows(rows, edges, depth, y, lines);
       if (depth == 0) {
         y_ = y;
         handOn();
@@ -330,20 +330,59 @@ class Flow {
     return {box.left + padding, box.width - 2 * padding};
   }
 
-  // A cell with no other beside it: its lines are handed on before its end is known.
-  double setCell(const Cell& cell, const std::vector<double>& edges, size_t depth, double y) {
-    const double inset = insetOf(*cell.place);
-    open_.push_back(boxOf(cell, edges, y));
-    open_.back().begin = lines_.size();
-    if (cell.place->rowSpan > 0) {
-      y = setFlow(cell.paragraphs, depth + 1, insideOf(open_.back()), y + inset, &lines_) + inset;
+  [[nodiscard]] bool isBlank(const Cell& cell) const {
+    constexpr size_t kMostUnits = 8, kMostParagraphs = 4;
+    if (cell.paragraphs.size() > kMostParagraphs) return false;
+    return std::ranges::all_of(cell.paragraphs, [this](const Paragraph& paragraph) {
+      const auto units = string_.view().substr(paragraph.begin, paragraph.end - paragraph.begin);
+      return units.size() <= kMostUnits &&
+             units.find_first_not_of(u" \t\xA0") == std::u16string_view::npos;
+    });
+  }
+
+  // One row, with nothing to be read but what stands in one of its cells: a body between margins.
+  [[nodiscard]] bool hasOneBody(std::span<const Cell> cells) const {
+    if (cells.size() == 1) return cells[0].place->rowSpan > 0;
+    return std::ranges::all_of(cells,
+                               [&](const Cell& cell) {
+                                 return cell.place->rowSpan == 1 &&
+                                        cell.firstRow == cells[0].firstRow;
+                               }) &&
+           std::ranges::count_if(cells, [this](const Cell& cell) { return !isBlank(cell); }) <= 1;
+  }
+
+  // Its lines are handed on before its end is known.
+  double setBody(std::span<const Cell> cells, const std::vector<double>& edges, size_t depth,
+                 double y) {
+    const size_t outside = open_.size();
+    for (const Cell& cell : cells) {
+      open_.push_back(boxOf(cell, edges, y));
+      open_.back().begin = lines_.size();
     }
-    const Box box = open_.back();
-    open_.pop_back();
-    if (box.isSeen()) {
-      lines_.insert(lines_.begin() + static_cast<ptrdiff_t>(box.begin), box.pieceTo(y, true));
+    const auto set = [&](const Cell& cell, std::vector<PageLine>* lines) {
+      const double inset = insetOf(*cell.place);
+      return inset +
+             setFlow(cell.paragraphs, depth + 1, insideOf(boxOf(cell, edges, y)), y + inset, lines);
+    };
+    double bottom = y;
+    const Cell* body = &cells[0];
+    for (const Cell& cell : cells) {
+      if (!isBlank(cell)) body = &cell;
     }
-    return y;
+    std::vector<PageLine> margins;
+    for (const Cell& cell : cells) {
+      if (&cell != body) bottom = std::max(bottom, set(cell, &margins));
+    }
+    std::ranges::move(margins, std::back_inserter(lines_));
+    bottom = std::max(bottom, set(*body, &lines_));
+    std::vector<PageLine> pieces;
+    for (size_t i = outside; i < open_.size(); ++i) {
+      if (open_[i].isSeen()) pieces.push_back(open_[i].pieceTo(bottom, true));
+    }
+    const auto begin = lines_.begin() + static_cast<ptrdiff_t>(open_[outside].begin);
+    lines_.insert(begin, std::move_iterator(pieces.begin()), std::move_iterator(pieces.end()));
+    open_.resize(outside);
+    return bottom;
   }
 
   // Rows that are tied together by cells that span them.
@@ -382,12 +421,12 @@ class Flow {
     return widestBorder(cell) > 0 || cell.background ? 2 : 0.5;
   }
 
+  NSString string_;
   ParagraphReader reader_;
   ParagraphSetter setter_;
   const Take& take_;
   std::vector<PageLine> lines_;
-  std::vector<Box>
-      open_;  // cells that stand alone in their row, around what is set; outermost first
+  std::vector<Box> open_;  // of rows with one body, around what is set; outermost first
   double y_ = 0;
   bool goesOn_ = true;
 };
