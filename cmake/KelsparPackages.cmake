@@ -24,7 +24,9 @@ set(about
 set(CPACK_DEBIAN_LIBRARY_PACKAGE_NAME ${library})
 set(CPACK_DEBIAN_LIBRARY_PACKAGE_SECTION libs)
 set(CPACK_DEBIAN_LIBRARY_PACKAGE_CONTROL_EXTRA ${PROJECT_SOURCE_DIR}/packaging/triggers)
-set(CPACK_DEBIAN_LIBRARY_PACKAGE_RECOMMENDS "libcurl3-gnutls | libcurl4")  # loaded when needed
+# Loaded when needed: addresses, drawings (metafiles become such), WebP.
+set(CPACK_DEBIAN_LIBRARY_PACKAGE_RECOMMENDS
+  "libcurl3-gnutls | libcurl4, librsvg2-common, webp-pixbuf-loader")
 set(CPACK_COMPONENT_LIBRARY_DESCRIPTION "${summary}\n${about}")
 
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_NAME libkelspar-dev)

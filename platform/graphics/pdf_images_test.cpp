@@ -194,6 +194,21 @@ TEST(PDFImages, WhatIsMissingIsNamed) {
   }
 }
 
+TEST(PDFImages, AlternativeTextHasRoomWithoutASize) {
+  const auto leftOfWordBehind = [](const NSString& alternative) {
+    auto missing = std::make_shared<NSTextAttachment>();
+    missing->source = u"https://a.example/b.png"_ns;
+    missing->alternative = alternative;
+    NSTextAttributes look;
+    look.attachment = missing;
+    NSMutableAttributedString line(NSAttributedString(u"\xFFFC"_ns, look));
+    line.append(u"word", {});
+    return PDFFile(line.copy()).word("word").left;
+  };
+  EXPECT_NEAR(leftOfWordBehind(nil), 0, 1);
+  EXPECT_NEAR(leftOfWordBehind(u"Our logo"_ns), 48, 1);
+}
+
 TEST(PDFImages, ClaimsAreRefused) {
   const std::string claim = fileOf(KELSPAR_SOURCE_DIR "/fuzz/seeds/images/claims_much.png");
   EXPECT_FALSE(NSImage::initWithData(NSData(claim)));

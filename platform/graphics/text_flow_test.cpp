@@ -223,7 +223,7 @@ TEST(TextFlow, ALongCellIsHandedOnInPieces) {
   text.append(u"\xA0\n", lookOf(style));
   style.cells.pop_back();
   text.append(NSString(u"below\n"), lookOf(style));
-  size_t most = 0, words = 0;
+  size_t most = 0, words = 0, across = 0;
   double reached = 0;
   std::map<uint8_t, std::vector<std::pair<double, double>>> grounds;  // by their red
   layOut(text.copy(), [&](std::vector<PageLine> lines, double y) {
@@ -232,6 +232,7 @@ TEST(TextFlow, ALongCellIsHandedOnInPieces) {
       EXPECT_GE(line.top, reached - 2);
       words += !line.glyphs.empty();
       for (const Fill& fill : line.fills) {
+        across += fill.color == NSColor{} && fill.width > 10 && fill.height <= 2;
         if (fill.color == NSColor{}) continue;
         grounds[fill.color.red].emplace_back(line.top + fill.y, line.top + fill.y + fill.height);
       }
@@ -240,6 +241,7 @@ TEST(TextFlow, ALongCellIsHandedOnInPieces) {
     return true;
   });
   EXPECT_LT(most, 100u);
+  EXPECT_EQ(across, 6u) << "above and below three cells, not between pieces";
   EXPECT_NEAR(static_cast<double>(words), kLines + 2, 2) << "margins may count";
   EXPECT_EQ(grounds.size(), 4u);
   for (const auto& [red, pieces] : grounds) {
