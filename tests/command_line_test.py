@@ -298,6 +298,18 @@ class CommandLine(unittest.TestCase):
         self.assert_fails(run('convert', self.sample, '--to', 'pdf', '--page-size', 'A99'), 2, 'A99')
         self.assert_fails(run('convert', self.sample, '--page-size', 'A4'), 2, '--to pdf')
 
+    def test_completion_in_bash(self):
+        for words, some in [(['c'], {'convert', 'colours', 'call'}), (['convert', '--m'], {'--margin'}),
+                            (['convert', '--to', ''], {'text', 'html', 'rtf', 'pdf', 'json'})]:
+            script = (f'. "{SOURCE}/completions/kelspar.bash"; COMP_WORDS=(kelspar {" ".join(map(repr, words))}); '
+                      f'COMP_CWORD={len(words)}; _kelspar; printf "%s\\n" "${{COMPREPLY[@]}}"')
+            path = f'{self.path}:{os.environ["PATH"]}'
+            if not (self.path / 'kelspar').exists():
+                (self.path / 'kelspar').symlink_to(pathlib.Path(KELSPAR).resolve())
+            output = subprocess.run(['bash', '-c', script], env=os.environ | {'PATH': path}, capture_output=True,
+                                    text=True, timeout=60).stdout
+            self.assertEqual(set(output.split()), some)
+
     def test_margins(self):
         out = self.path / 'out.pdf'
         arguments = ('convert', self.sample, '--to', 'pdf', '-o', out, '--margin')
