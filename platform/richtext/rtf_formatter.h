@@ -5,6 +5,7 @@
 
 #include <string>
 #include <unordered_map>
+#include <utility>
 #include <vector>
 
 #include "platform/richtext/NSAttributedString.h"
@@ -134,6 +135,8 @@ class RTFFormatter {
    public:
     uint32_t of(const Format& format) {
       if (formats_[latest_] == format) return latest_;
+      std::swap(latest_, before_);  // two looks take turns, often
+      if (formats_[latest_] == format) return latest_;
       const auto next = static_cast<uint32_t>(formats_.size());
       const auto [found, isNew] = numbers_.try_emplace(format, next);
       if (isNew) formats_.push_back(format);
@@ -144,7 +147,7 @@ class RTFFormatter {
    private:
     std::vector<Format> formats_{Format{}};
     std::unordered_map<Format, uint32_t, Hash<Format>> numbers_{{Format{}, 0}};
-    uint32_t latest_ = 0;
+    uint32_t latest_ = 0, before_ = 0;
   };
   Numbers<RTFLook> looks_;
   Numbers<RTFParagraph> paragraphs_;
