@@ -113,7 +113,7 @@ void Import::text(const Token& token) {
   if (mustReconstruct_ && !fosters() && !isAllSpace(units)) reconstruct();
   const OpenElement& top = elements_.top();
   if (top.hidden || top.invisible || top.sizeless) return;
-  if (looks_) layout_.setLook(looks_->current());
+  if (looks_) layout_.setLook(looks_->current(), looks_->depth());
   if (fosters()) {
     if (isAllSpace(units)) return;
     const bool isFirst = !layout_.isStraying();
@@ -178,7 +178,7 @@ void Import::startVoid(Tag tag) {
   if (elements_.top().hidden || declarations_.hides() || !isSeen) return;
   const bool strays = fosters() && !layout_.isStraying() && !has(tag, kHidden);
   if (strays) layout_.beginStray(elements_.top().table);
-  if (looks_) layout_.setLook(looks_->current());
+  if (looks_) layout_.setLook(looks_->current(), looks_->depth());
   if (tag == Tag::br) layout_.lineBreak();
   if ((tag == Tag::img || tag == Tag::image) && looks_) image();
   if (tag == Tag::hr) layout_.requireBreaks(1);

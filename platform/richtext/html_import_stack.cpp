@@ -129,7 +129,7 @@ void Import::pop() {
   if (!ancestries_.empty()) ancestries_.pop_back();
   const bool holdsText =
       element.tag() == Tag::td || element.tag() == Tag::th || element.tag() == Tag::li;
-  if (looks_ && holdsText && layout_.isFresh()) layout_.setLook(looks_->current());
+  if (looks_ && holdsText && layout_.isFresh()) layout_.setLook(looks_->current(), looks_->depth());
   if (looks_) looks_->pop();
   if (element.tag() == Tag::table) tables_.pop_back();
   if (element.formatting) {

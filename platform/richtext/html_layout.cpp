@@ -79,14 +79,35 @@ void TextLayout::settleBreak() {
   if (out_->endsInBreak()) out_->text.back() = u'\n';
 }
 
+void TextLayout::setLook(uint32_t look, size_t depth) {
+  constexpr size_t kDeepest = UINT8_MAX;
+  look_ = look;
+  if (depth == 0) return;
+  if (look >= depths_.size()) depths_.resize(look + size_t{1});
+  depths_[look] = static_cast<uint8_t>(std::min(depth, kDeepest));
+}
+
+// The first line end belongs to the line that it ends. A blank line behind a table is none of the
+// table's last cell.
+void TextLayout::flushBreaks() {
+  Output& out = *out_;
+  settleBreak();
+  const uint8_t ends = lineEndsBehind(out.text, out.breaks);
+  size_t missing = out.breaks - ends;
+  if (missing > 0 && ends == 0) {
+    out.text.push_back(u'\n');
+    --missing;
+  }
+  if (missing == 0) return;
+  if (!out.runs.empty() && depthOf(look_) < depthOf(out.runs.back().look)) startRun();
+  out.text.append(missing, u'\n');
+}
+
 // What is due before text or a line end.
 void TextLayout::flush() {
   Output& out = *out_;
   out.fresh = false;
-  if (out.breaks && !out.text.empty()) {
-    settleBreak();
-    out.text.append(out.breaks - lineEndsBehind(out.text, out.breaks), u'\n');
-  }
+  if (out.breaks && !out.text.empty()) flushBreaks();
   if (out.text.empty()) out.leading = std::max(out.leading, out.breaks);
   out.breaks = 0;
   if (out.tabs) out.text.append(std::exchange(out.tabs, 0), u'\t');

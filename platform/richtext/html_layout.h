@@ -62,8 +62,8 @@ class TextLayout {
   // Nothing stands in the cell or item yet.
   [[nodiscard]] bool isFresh() const { return out_->fresh; }
 
-  // The look of what comes.
-  void setLook(uint32_t look) { look_ = look; }
+  // The look of what comes, and how many tables that is in.
+  void setLook(uint32_t look, size_t depth);
 
   [[nodiscard]] Result finish() &&;
 
@@ -101,6 +101,10 @@ class TextLayout {
   };
 
   void flush();
+  void flushBreaks();
+  [[nodiscard]] uint8_t depthOf(uint32_t look) const {
+    return look < depths_.size() ? depths_[look] : uint8_t{0};
+  }
   void startRun() { startRun(look_); }
   void startRun(uint32_t look);
   void settleBreak();
@@ -118,6 +122,7 @@ class TextLayout {
   std::vector<Row> rows_;
   std::vector<Table> tables_;  // by position
   uint32_t look_ = 0;
+  std::vector<uint8_t> depths_;  // by look; those that are not there are in no table
   char16_t lineEnd_;
 };
 

@@ -372,6 +372,11 @@ void Looks::setColumns(uint32_t table, uint16_t columns) {
   columns_[table] = std::max(columns_[table], columns);
 }
 
+size_t Looks::depth() const {
+  const auto& paragraph = levels_.back().style.paragraph;
+  return paragraph ? paragraph->cells.size() : 0;
+}
+
 uint32_t Looks::current() {
   if (!isFresh_ && (looks_.empty() || !(*looks_.back() == levels_.back().style))) {
     looks_.push_back(std::make_shared<const NSTextAttributes>(levels_.back().style));

@@ -46,6 +46,8 @@ class Looks {
 
   // The number of the present look; of the same with an attachment.
   [[nodiscard]] uint32_t current();
+  // In how many tables it is.
+  [[nodiscard]] size_t depth() const;
   [[nodiscard]] uint32_t withAttachment(std::shared_ptr<const NSTextAttachment> attachment);
 
   [[nodiscard]] NSAttributedString finish(TextLayout::Result&& result);
