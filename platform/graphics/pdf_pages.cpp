@@ -1,12 +1,8 @@
-// Layout on one thread, pages on another: both take about as long. What is written does not depend
-// on which one is ahead.
+// From lines that are laid out to pages that are written, a few dozen lines at a time. On one
+// thread: a second one would wait for the fonts' lock, which costs more than it gains.
 #include "platform/graphics/pdf_pages.h"
 
 #include <algorithm>
-#include <condition_variable>
-#include <deque>
-#include <mutex>
-#include <thread>
 
 #include "platform/foundation/scan.h"
 #include "platform/graphics/page_writer.h"
@@ -15,65 +11,6 @@
 namespace kelspar {
 
 namespace {
-
-constexpr size_t kShortText = 4'000;  // units: not worth a thread
-
-struct Batch {
-  std::vector<PageLine> lines;
-  double y;
-};
-
-// What waits to be drawn; bounded, so that layout does not run ahead with the whole text.
-class BatchQueue {
- public:
-  // False when nobody takes any more.
-  bool put(Batch batch) {
-    constexpr size_t kMostWaiting = 16;
-    std::unique_lock guard(lock_);
-    changed_.wait(guard, [this] { return batches_.size() < kMostWaiting || isClosed_; });
-    if (isClosed_) return false;
-    batches_.push_back(std::move(batch));
-    changed_.notify_all();
-    return true;
-  }
-
-  // False when all is taken.
-  bool take(Batch* batch) {
-    std::unique_lock guard(lock_);
-    changed_.wait(guard, [this] { return !batches_.empty() || isComplete_; });
-    if (batches_.empty()) return false;
-    *batch = std::move(batches_.front());
-    batches_.pop_front();
-    changed_.notify_all();
-    return true;
-  }
-
-  void complete() { set(&isComplete_); }
-  void close() { set(&isClosed_); }
-
- private:
-  void set(bool* flag) {
-    const std::lock_guard guard(lock_);
-    *flag = true;
-    changed_.notify_all();
-  }
-
-  std::mutex lock_;
-  std::condition_variable changed_;
-  std::deque<Batch> batches_;
-  bool isComplete_ = false, isClosed_ = false;
-};
-
-// Lets the layout go when drawing ends early, however it does.
-class CloseAtEnd {
- public:
-  explicit CloseAtEnd(BatchQueue& queue) : queue_(queue) {}
-  CloseAtEnd(const CloseAtEnd&) = delete;
-  ~CloseAtEnd() { queue_.close(); }
-
- private:
-  BatchQueue& queue_;
-};
 
 std::string titleFor(const NSAttributedString& text, const PDFOptions& options) {
   constexpr size_t kLongest = 120;
@@ -111,25 +48,10 @@ void writePDF(const NSAttributedString& text, const PDFOptions& options,
                     .paper = options.paper,
                     .title = titleFor(text, options)},
                    write);
-  if (text.length() <= kShortText) {
-    layOut(text, [&pages](std::vector<PageLine> lines, double y) {
-      pages.add(std::move(lines), y);
-      return !pages.isBroken();
-    });
-    return;
-  }
-  BatchQueue queue;
-  std::jthread layout([&queue, &text] {
-    layOut(text, [&queue](std::vector<PageLine> lines, double y) {
-      return queue.put({std::move(lines), y});
-    });
-    queue.complete();
+  layOut(text, [&pages](std::vector<PageLine> lines, double y) {
+    pages.add(std::move(lines), y);
+    return !pages.isBroken();
   });
-  const CloseAtEnd close(queue);  // before the thread is waited for
-  for (Batch batch; queue.take(&batch);) {
-    pages.add(std::move(batch.lines), batch.y);
-    if (pages.isBroken()) break;
-  }
 }
 
 }  // namespace kelspar
