@@ -86,7 +86,7 @@ class MailKelspar {
   // label: UTF-8, or else Windows-1252. A byte-order mark is dropped. nil for nil.
   [[nodiscard]] static NSString textFromData(const NSData& bytes, const NSString& label);
 
-  // The label that HTML's first 1,024 bytes declare, or that of its byte-order mark; else nil.
+  // The label that HTML's first 65,536 bytes declare, or that of its byte-order mark; else nil.
   [[nodiscard]] static NSString charsetDeclaredByHTML(const NSData& html);
 
   // The bytes of a body by its transfer encoding's name, in any case: "base64" (foreign characters

@@ -69,6 +69,10 @@ TEST(CharsetLabels, AreFoundInHTML) {
   EXPECT_EQ(declared("<meta charset=utf-16>"), NSString(u"utf-8"));
   EXPECT_FALSE(declared("<meta charset=nonsense>"));
   EXPECT_FALSE(declared("<p>charset=utf-8"));
+  // Behind a script, as browsers find it.
+  EXPECT_EQ(declared("<script>" + std::string(5000, 'x') + "</script><meta charset=koi8-r>"),
+            NSString(u"koi8-r"));
+  EXPECT_FALSE(declared(std::string(65536, ' ') + "<meta charset=koi8-r>"));
   EXPECT_FALSE(MailKelspar::charsetDeclaredByHTML(nil));
 }
 

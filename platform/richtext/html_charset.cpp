@@ -56,7 +56,7 @@ NSString textOfUTF16(std::span<const uint8_t> bytes, bool isLittle) {
 }  // namespace
 
 NSString declaredCharset(const NSData& page) {
-  constexpr size_t kPrescan = 1024;
+  constexpr size_t kPrescan = 65'536;
   const std::string_view bytes = page.chars();
   if (bytes.starts_with("\xEF\xBB\xBF")) return u"utf-8";
   if (bytes.starts_with("\xFF\xFE")) return u"utf-16le";

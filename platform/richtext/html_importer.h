@@ -26,7 +26,7 @@ namespace kelspar {
 // nil for nil.
 [[nodiscard]] NSString plainTextFromHTML(const NSString& html);
 // From UTF-8, or UTF-16 behind its mark; bytes that are neither are in the charset that the page
-// declares in its first 1,024 bytes, and without one what is not valid UTF-8 becomes U+FFFD. Who
+// declares in its first 65,536 bytes, and without one what is not valid UTF-8 becomes U+FFFD. Who
 // knows the charset from elsewhere decodes first and hands over text.
 [[nodiscard]] NSString plainTextFromHTML(const NSData& html);
 

@@ -255,8 +255,8 @@ TEST(Charset, IsLookedForInTheFirstPart) {
   const auto text = [&](size_t before) {
     return plainTextFromHTML(NSData(std::string(before, ' ') + meta));
   };
-  EXPECT_EQ(text(1003), NSString(u"\u00E9"));
-  EXPECT_EQ(text(1004), NSString(u"\uFFFD"));
+  EXPECT_EQ(text(65515), NSString(u"\u00E9"));
+  EXPECT_EQ(text(65516), NSString(u"\uFFFD"));
 }
 
 // What plain text has as LF, attributed text has as U+2028 where a <br> ends the line.
