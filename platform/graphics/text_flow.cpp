@@ -6,6 +6,7 @@
 #include <span>
 
 #include "platform/foundation/scan.h"
+#include "platform/graphics/page_box.h"
 #include "platform/graphics/paragraph_setter.h"
 #include "platform/graphics/run_cursor.h"
 #include "platform/graphics/table_columns.h"
@@ -14,9 +15,8 @@ namespace kelspar {
 
 namespace {
 
-constexpr size_t kDeepestTable = 6;  // cells of deeper ones stand below each other
-constexpr size_t kMostColumns = 64;  // so do those of wider ones
-constexpr double kPadding = 3;       // on each side of a cell
+constexpr size_t kDeepestBox = 8;    // what deeper ones hold stands below each other
+constexpr size_t kMostColumns = 64;  // so do cells of wider tables
 
 struct Paragraph {
   size_t begin, end;  // without what ends it
@@ -82,58 +82,6 @@ struct Cell {
   size_t column, span;
 };
 
-double widthOf(const NSTextBorder& border) {
-  constexpr double kWidest = 20;
-  return bounded(double{border.width}, 0, kWidest);
-}
-
-double widestBorder(const NSTextTableCell& cell) {
-  const NSTextBorders& borders = cell.borders;
-  return std::max({widthOf(borders.top), widthOf(borders.right), widthOf(borders.bottom),
-                   widthOf(borders.left)});
-}
-
-// A cell's ground and lines, as far as they are known: its first piece has the line above, its last
-// one that below. Lines along the sides lie half inside the cell.
-struct Box {
-  double left, top, width;
-  NSTextBorders borders;
-  double widest;  // of the borders
-  std::optional<NSColor> background;
-  bool isBegun = false;  // pieces of it are drawn
-  size_t begin = 0;      // of the piece's contents among the lines at hand
-
-  [[nodiscard]] bool isSeen() const { return widest > 0 || background; }
-  [[nodiscard]] PageLine pieceTo(double end, bool isLast) const {
-    const double down = inset(), height = end - top;
-    PageLine piece;
-    piece.top = top - down;
-    piece.bottom = end + (isLast ? widest / 2 : 0);
-    piece.mayBeCut = true;
-    if (background) piece.fills.push_back({left, down, width, height, *background});
-    if (!isBegun) addAcross(borders.top, down, &piece);
-    if (isLast) addAcross(borders.bottom, down + height, &piece);
-    addAlong(borders.left, left, height, isLast, &piece);
-    addAlong(borders.right, left + width, height, isLast, &piece);
-    return piece;
-  }
-
- private:
-  // Where the ground begins in the piece.
-  [[nodiscard]] double inset() const { return isBegun ? 0 : widest / 2; }
-  void addAcross(const NSTextBorder& border, double y, PageLine* piece) const {
-    const double line = widthOf(border), half = line / 2;
-    if (line > 0) piece->fills.push_back({left - half, y - half, width + line, line, border.color});
-  }
-  void addAlong(const NSTextBorder& border, double x, double height, bool isLast,
-                PageLine* piece) const {
-    const double line = widthOf(border), half = line / 2;
-    const double above = isBegun ? 0 : half, below = isLast ? half : 0;
-    if (line <= 0) return;
-    piece->fills.push_back({x - half, inset() - above, line, height + above + below, border.color});
-  }
-};
-
 class Flow {
  public:
   using Take = std::function<bool(std::vector<PageLine> lines, double y)>;
@@ -148,7 +96,7 @@ class Flow {
         y_ = setter_.set(paragraph.begin, paragraph.end, {}, y_, &lines_);
         handOnMany(y_);
       } else {
-        setOuterTable();
+        setOuterBox();
       }
     }
     handOn();
@@ -168,7 +116,7 @@ class Flow {
     if (lines_.size() < kLinesAtATime) return;
     y_ = y;
     std::vector<PageLine> pieces;
-    for (Box& box : open_) {
+    for (PageBox& box : open_) {
       if (box.isSeen()) pieces.push_back(box.pieceTo(y + kOverlap, false));
       box.top = y;
       box.isBegun = true;
@@ -179,12 +127,12 @@ class Flow {
     handOn();
   }
 
-  void setOuterTable() {
+  void setOuterBox() {
     const uint32_t table = reader_.cells().front().table;
     std::vector<Paragraph> paragraphs;
     while (!reader_.isAtEnd() && !reader_.cells().empty() && reader_.cells().front().table == table)
       paragraphs.push_back(reader_.next());
-    y_ = setTable(paragraphs, 0, {}, y_, &lines_);
+    y_ = setBox(paragraphs, 0, {}, y_, &lines_);
   }
 
   // What stands in one cell, or below each other.
@@ -192,14 +140,14 @@ class Flow {
                  std::vector<PageLine>* lines) {
     for (size_t at = 0; at < paragraphs.size() && goesOn_;) {
       const Paragraph& paragraph = paragraphs[at];
-      if (paragraph.cells->size() <= depth || depth >= kDeepestTable) {
+      if (paragraph.cells->size() <= depth || depth >= kDeepestBox) {
         y = setter_.set(paragraph.begin, paragraph.end, column, y, lines);
         ++at;
         if (lines == &lines_ && at < paragraphs.size()) handOnMany(y);
         continue;
       }
       const size_t end = tableEnd(paragraphs, at, depth);
-      y = setTable(paragraphs.subspan(at, end - at), depth, column, y, lines);
+      y = setBox(paragraphs.subspan(at, end - at), depth, column, y, lines);
       at = end;
     }
     return y;
@@ -243,7 +191,7 @@ class Flow {
     TextExtent extent;
     for (size_t at = 0; at < paragraphs.size();) {
       TextExtent part;
-      if (paragraphs[at].cells->size() > depth && depth < kDeepestTable) {
+      if (paragraphs[at].cells->size() > depth && depth < kDeepestBox) {
         const size_t end = tableEnd(paragraphs, at, depth);
         part = extentOfTable(paragraphs.subspan(at, end - at), depth);
         at = end;
@@ -280,19 +228,53 @@ class Flow {
                       .extent = {}};
       if (need.width <= 0) {
         need.extent = extentOf(cell.paragraphs, depth + 1);
-        need.extent.least += 2 * kPadding;
-        need.extent.most += 2 * kPadding;
+        const double sides = roomBeside(*cell.place);
+        need.extent.least += sides;
+        need.extent.most += sides;
       }
       needs.push_back(need);
     }
     return needs;
   }
 
+  static double roomBeside(const NSTextTableCell& box) {
+    const NSTextEdges insets = insetsOf(box);
+    if (!box.isBlock) return insets.left + insets.right;
+    const NSTextEdges outsets = outsetsOf(box);
+    return insets.left + insets.right + outsets.left + outsets.right;
+  }
+
+  // A table, or a block.
+  double setBox(Paragraphs paragraphs, size_t depth, Column column, double y,
+                std::vector<PageLine>* lines) {
+    const bool isBlock = (*paragraphs[0].cells)[depth].isBlock;
+    return isBlock ? setBlock(paragraphs, depth, column, y, lines)
+                   : setTable(paragraphs, depth, column, y, lines);
+  }
+
+  double setBlock(Paragraphs paragraphs, size_t depth, Column column, double y,
+                  std::vector<PageLine>* lines) {
+    const NSTextTableCell& place = (*paragraphs[0].cells)[depth];
+    const NSTextEdges around = outsetsOf(place);
+    const double before = std::min(double{around.left}, column.width / 2);
+    const double behind = std::min(double{around.right}, column.width / 4);
+    double width = column.width - before - behind;
+    if (place.width > 0) width = std::min(width, bounded(place.width, 0, 1e5) + roomBeside(place));
+    const std::vector<double> edges{column.left + before, column.left + before + width};
+    const Cell block{&place, paragraphs, 0, 0, 0, 1};
+    y += around.top;
+    y = lines == &lines_ ? setBody({&block, 1}, edges, depth, y)
+                         : setRows({&block, 1}, edges, depth, y, lines);
+    y += around.bottom;
+    handOnRow(depth, y, lines);
+    return y;
+  }
+
   double setTable(Paragraphs paragraphs, size_t depth, Column column, double y,
                   std::vector<PageLine>* lines) {
     const std::vector<Cell> cells = cellsOfTable(paragraphs, depth);
     const size_t columns = columnsOf(cells);
-    if (columns > kMostColumns) return setFlow(paragraphs, kDeepestTable, column, y, lines);
+    if (columns > kMostColumns) return setFlow(paragraphs, kDeepestBox, column, y, lines);
     std::vector<double> edges{column.left};
     for (const double width : columnWidths(columns, needsOf(cells, depth), column.width)) {
       edges.push_back(edges.back() + width);
@@ -305,29 +287,24 @@ class Flow {
       const auto rows = std::span(cells).subspan(first, last - first);
       const bool goesInPieces = lines == &lines_ && hasOneBody(rows);
       y = goesInPieces ? setBody(rows, edges, depth, y) : setRows(rows, edges, depth, y, lines);
-      if (depth == 0) {
-        y_ = y;
-        handOn();
-      } else if (lines == &lines_ && last < cells.size()) {
-        handOnMany(y);
-      }
+      handOnRow(depth, y, lines);
       first = last;
     }
     return y;
   }
 
-  static Box boxOf(const Cell& cell, const std::vector<double>& edges, double top) {
-    return {.left = edges[cell.column],
-            .top = top,
-            .width = edges[cell.column + cell.span] - edges[cell.column],
-            .borders = cell.place->borders,
-            .widest = widestBorder(*cell.place),
-            .background = cell.place->rowSpan > 0 ? cell.place->background : std::nullopt};
+  void handOnRow(size_t depth, double y, const std::vector<PageLine>* lines) {
+    if (depth == 0) {
+      y_ = y;
+      handOn();
+    } else if (lines == &lines_) {
+      handOnMany(y);
+    }
   }
 
-  static Column insideOf(const Box& box) {
-    const double padding = std::min(kPadding, box.width / 4);
-    return {box.left + padding, box.width - 2 * padding};
+  static PageBox boxOf(const Cell& cell, const std::vector<double>& edges, double top) {
+    const double left = edges[cell.column];
+    return {*cell.place, {left, edges[cell.column + cell.span] - left}, top};
   }
 
   [[nodiscard]] bool isBlank(const Cell& cell) const {
@@ -360,9 +337,9 @@ class Flow {
       open_.back().begin = lines_.size();
     }
     const auto set = [&](const Cell& cell, std::vector<PageLine>* lines) {
-      const double inset = insetOf(*cell.place);
-      return inset +
-             setFlow(cell.paragraphs, depth + 1, insideOf(boxOf(cell, edges, y)), y + inset, lines);
+      const PageBox box = boxOf(cell, edges, y);
+      return box.insets.bottom +
+             setFlow(cell.paragraphs, depth + 1, box.inside(), y + box.insets.top, lines);
     };
     double bottom = y;
     const Cell* body = &cells[0];
@@ -381,7 +358,7 @@ class Flow {
     }
     const auto begin = lines_.begin() + static_cast<ptrdiff_t>(open_[outside].begin);
     lines_.insert(begin, std::move_iterator(pieces.begin()), std::move_iterator(pieces.end()));
-    open_.resize(outside);
+    open_.erase(open_.begin() + static_cast<ptrdiff_t>(outside), open_.end());
     return bottom;
   }
 
@@ -401,15 +378,14 @@ class Flow {
       tops.resize(std::max(tops.size(), behind + 1), y);
       settle(row);
       if (cell.place->rowSpan == 0) continue;
-      const double inset = insetOf(*cell.place);
-      const Column inside = insideOf(boxOf(cell, edges, tops[row]));
+      const PageBox box = boxOf(cell, edges, tops[row]);
       const double bottom =
-          setFlow(cell.paragraphs, depth + 1, inside, tops[row] + inset, &contents);
-      tops[behind] = std::max(tops[behind], bottom + inset);
+          setFlow(cell.paragraphs, depth + 1, box.inside(), tops[row] + box.insets.top, &contents);
+      tops[behind] = std::max(tops[behind], bottom + box.insets.bottom);
     }
     settle(tops.size() - 1);
     for (const Cell& cell : cells) {
-      const Box box = boxOf(cell, edges, tops[cell.firstRow - firstRow]);
+      const PageBox box = boxOf(cell, edges, tops[cell.firstRow - firstRow]);
       if (!box.isSeen()) continue;
       lines->push_back(box.pieceTo(tops[cell.lastRow - firstRow + 1], true));
     }
@@ -417,16 +393,12 @@ class Flow {
     return tops.back();
   }
 
-  static double insetOf(const NSTextTableCell& cell) {
-    return widestBorder(cell) > 0 || cell.background ? 2 : 0.5;
-  }
-
   NSString string_;
   ParagraphReader reader_;
   ParagraphSetter setter_;
   const Take& take_;
   std::vector<PageLine> lines_;
-  std::vector<Box> open_;  // of rows with one body, around what is set; outermost first
+  std::vector<PageBox> open_;  // of rows with one body, around what is set; outermost first
   double y_ = 0;
   bool goesOn_ = true;
 };

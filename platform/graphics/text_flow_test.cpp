@@ -194,6 +194,68 @@ TEST(TextFlow, CellsGoOverPages) {
   }
 }
 
+TEST(TextFlow, BlocksHaveTheirGroundLinesAndRoom) {
+  NSTextTableCell box{.table = 1, .isBlock = true, .margin = {5, 20, 7, 30}};
+  box.padding = {4, 6, 8, 10};
+  box.borders = {.top = {2, {}}, .left = {4, {}}};
+  box.background = NSColor{200, 0, 0};
+  NSParagraphStyle style;
+  style.cells = {box};
+  NSMutableAttributedString whole;
+  whole.append(NSString(u"inside\nto the right\n"), lookOf(style));
+  whole.append(text(u"after", {}));
+  const double line = PDFFile(text(u"a", {})).word("a").bottom;
+  const PDFFile file(whole.copy());
+  // The lines lie on the block's edges, half of each to either side.
+  EXPECT_NEAR(file.word("inside").left, 30 + 4 + 10, 1);
+  EXPECT_NEAR(file.word("inside").top, 5 + 2 + 4, 1.5);
+  EXPECT_NEAR(file.word("after").left, 0, 1);
+  EXPECT_NEAR(file.word("after").bottom, 5 + 2 + 4 + 2 * line + 8 + 7 + line, 2);
+  std::vector<Fill> fills;
+  double top = 0;
+  layOut(whole.copy(), [&](const std::vector<PageLine>& lines, double) {
+    for (const PageLine& piece : lines) {
+      if (piece.fills.empty()) continue;
+      fills = piece.fills;
+      top = piece.top;
+    }
+    return true;
+  });
+  ASSERT_EQ(fills.size(), 3u);
+  EXPECT_EQ(fills[0].color, (NSColor{200, 0, 0}));
+  EXPECT_NEAR(fills[0].x, 32, 0.01);
+  EXPECT_NEAR(fills[0].width, 550 - 32 - 20, 0.01);
+  EXPECT_NEAR(top + fills[0].y, 6, 0.01);
+  EXPECT_NEAR(fills[0].height, 1 + 4 + 2 * line + 8, 1.5);
+  EXPECT_NEAR(top + fills[1].y, 5, 0.01) << "above";
+  EXPECT_NEAR(fills[1].height, 2, 0.01);
+  EXPECT_NEAR(fills[2].x, 30, 0.01) << "to the left";
+  EXPECT_NEAR(fills[2].width, 4, 0.01);
+}
+
+TEST(TextFlow, BlocksAreAsWideAsStatedAndAsThereIsRoom) {
+  const auto rightEdge = [](double width) {
+    NSTextTableCell box{.table = 1, .width = width, .isBlock = true, .padding = NSTextEdges{}};
+    NSParagraphStyle style{.alignment = NSTextAlignment::right};
+    style.cells = {box};
+    return PDFFile(text(u"word", style)).word("word").right;
+  };
+  EXPECT_NEAR(rightEdge(0), 550, 1);
+  EXPECT_NEAR(rightEdge(200), 200, 1);
+  EXPECT_NEAR(rightEdge(9'000), 550, 1);
+}
+
+// Nested more deeply than is drawn, with margins that leave no room: text stands all the same.
+TEST(TextFlow, HostileBlocksKeepTheirText) {
+  NSParagraphStyle style;
+  for (uint32_t i = 0; i < 40; ++i) {
+    style.cells.push_back({.table = i, .isBlock = true, .margin = {0, 400, 0, 400}});
+    style.cells.back().padding = NSTextEdges{1e9F, 1e9F, 1e9F, -1};
+  }
+  const PDFFile file(text(u"a b", style));
+  EXPECT_EQ(file.letters(), "ab");
+}
+
 // A body in one cell, between margins in a cell of its own: what is at hand does not grow with it.
 TEST(TextFlow, ALongCellIsHandedOnInPieces) {
   constexpr size_t kLines = 2'000;

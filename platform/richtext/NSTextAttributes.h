@@ -43,7 +43,7 @@ struct NSTextList {
   friend bool operator==(const NSTextList&, const NSTextList&) = default;
 };
 
-// A line along a side of a cell.
+// A line along a side of a box.
 struct NSTextBorder {
   float width = 0;  // 0: none
   NSColor color{};
@@ -59,15 +59,25 @@ struct NSTextBorders {
   friend bool operator==(const NSTextBorders&, const NSTextBorders&) = default;
 };
 
-// The cell that a paragraph stands in. Cells of one table share `table`; paragraphs of one cell
-// share row and column.
+// Room on the sides of a box.
+struct NSTextEdges {
+  float top = 0, right = 0, bottom = 0, left = 0;
+  friend bool operator==(const NSTextEdges&, const NSTextEdges&) = default;
+};
+
+// The box that a paragraph stands in: a cell of a table, or a block with lines or a ground of its
+// own. Cells of one table share `table`, paragraphs of one cell share row and column; paragraphs of
+// one block share `table`, and no table has a block's number.
 struct NSTextTableCell {
   uint32_t table = 0;
   uint16_t row = 0, column = 0;
   // A rowSpan of 0: a neighbour that spans over this place covers it; such a cell is empty.
   uint16_t rowSpan = 1, columnSpan = 1;
   uint16_t columns = 1;  // of the whole table
-  double width = 0;      // 0: by content
+  double width = 0;      // 0: a cell by content, a block as wide as there is room
+  bool isBlock = false;  // in the first row and column, alone
+  NSTextEdges margin{};  // of a block
+  std::optional<NSTextEdges> padding{};
   NSTextBorders borders{};
   std::optional<NSColor> background{};
   friend bool operator==(const NSTextTableCell&, const NSTextTableCell&) = default;
@@ -87,7 +97,7 @@ struct NSParagraphStyle {
   int8_t quoteLevel = 0;      // nested block quotes around it
   std::vector<NSTextTab> tabStops{};
   std::vector<NSTextList> lists{};       // outermost first
-  std::vector<NSTextTableCell> cells{};  // outermost table first
+  std::vector<NSTextTableCell> cells{};  // outermost first
   friend bool operator==(const NSParagraphStyle&, const NSParagraphStyle&) = default;
 };
 

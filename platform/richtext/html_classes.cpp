@@ -72,6 +72,16 @@ void declareBorders(const NSTextBorders& borders, std::u16string* out) {
   declareBorder(u"border-left", borders.left, out);
 }
 
+void declareEdges(std::u16string_view property, const NSTextEdges& edges, std::u16string* out) {
+  *out += property;
+  *out += u':';
+  for (const float edge : {edges.top, edges.right, edges.bottom, edges.left}) {
+    appendNumber(edge, out);
+    *out += u"pt ";
+  }
+  out->back() = u';';
+}
+
 void declareFamily(std::u16string_view family, std::u16string* out) {
   const std::u16string name = safeFamily(family);
   if (name.empty()) {
@@ -251,6 +261,8 @@ std::u16string Classes::look(const NSTextAttributes& attributes) {
 std::u16string Classes::cell(const NSTextTableCell& cell) {
   std::u16string declarations;
   declareLength(u"width", cell.width, &declarations);
+  if (cell.margin != NSTextEdges{}) declareEdges(u"margin", cell.margin, &declarations);
+  if (cell.padding) declareEdges(u"padding", *cell.padding, &declarations);
   declareBorders(cell.borders, &declarations);
   declareColor(u"background-color", cell.background, &declarations);
   return named(u'c', std::move(declarations));
@@ -270,7 +282,8 @@ std::u16string Classes::sheet() const {
   appendNumber(boundedSize(font_.size), &sheet);
   sheet += u"pt;font-weight:normal}\n";
   sheet +=
-      u"ul,ol,blockquote{margin-top:0;margin-bottom:0}\n"
+      u"ul,ol{margin-top:0;margin-bottom:0}\n"
+      u"blockquote{margin:0}\n"  // its paragraphs have its indent
       u"table{border-collapse:collapse}\n"
       u"td{vertical-align:top}\n"
       u"a.k{color:inherit;text-decoration:none}\n"

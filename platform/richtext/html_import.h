@@ -6,6 +6,7 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -52,6 +53,7 @@ class Import {
     uint16_t row = 0;  // the next one
     TableColumns columns;
     bool hasLines = false;  // <table border=1>
+    std::optional<NSTextEdges> padding;
   };
 
   // Tokens.

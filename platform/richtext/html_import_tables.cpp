@@ -89,7 +89,11 @@ bool Import::startTablePart(Tag tag) {
 void Import::openTable() {
   readDeclarations(Tag::table);
   const size_t number = layout_.markTable();
-  tables_.push_back({++identities_, 0, {}, numberOf(tokens_.attribute(u"border"), 0) > 0});
+  tables_.push_back({++identities_, 0, {}, numberOf(tokens_.attribute(u"border"), 0) > 0, {}});
+  if (const Attribute* const padding = tokens_.attribute(u"cellpadding")) {
+    const float side = kPixel * static_cast<float>(std::clamp(numberOf(padding, 0), 0, 100));
+    tables_.back().padding = {side, side, side, side};
+  }
   const bool isInLayout = table() != 0 && elements_.at(table()).dropsCells;
   open(Tag::table, static_cast<uint16_t>(Tag::table));
   OpenElement& element = elements_.top();
@@ -128,6 +132,7 @@ void Import::enterCell() {
   }
   if (tokens_.attribute(kCoveredMark)) cell.rowSpan = 0;
   if (table.hasLines) cell.borders = NSTextBorders::all({kPixel, {}});
+  cell.padding = table.padding;
   const uint16_t columns = table.columns.take(cell.column, cell.columnSpan, cell.rowSpan);
   if (!looks_) return;
   looks_->enterCell(cell, {elements_.top().tag(), &tokens_, &declarations_, true, false});

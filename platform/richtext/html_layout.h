@@ -62,7 +62,7 @@ class TextLayout {
   // Nothing stands in the cell or item yet.
   [[nodiscard]] bool isFresh() const { return out_->fresh; }
 
-  // The look of what comes, and how many tables that is in.
+  // The look of what comes, and how many boxes (cells, blocks) that is in.
   void setLook(uint32_t look, size_t depth);
 
   [[nodiscard]] Result finish() &&;
@@ -122,7 +122,7 @@ class TextLayout {
   std::vector<Row> rows_;
   std::vector<Table> tables_;  // by position
   uint32_t look_ = 0;
-  std::vector<uint8_t> depths_;  // by look; those that are not there are in no table
+  std::vector<uint8_t> depths_;  // by look; those that are not there are in no box
   char16_t lineEnd_;
 };
 

@@ -4,6 +4,7 @@
 #include <iterator>
 
 #include "platform/richtext/html_attributes.h"
+#include "platform/richtext/html_boxes.h"
 #include "platform/richtext/html_classes.h"
 #include "platform/richtext/html_colors.h"
 
@@ -29,7 +30,16 @@ enum Own : uint32_t {
 
 constexpr size_t kDeepestLists = 16;
 constexpr size_t kDeepestTables = 16;
-constexpr double kIndent = 30;  // of lists and quotes
+constexpr double kIndent = 30;                 // of lists and quotes
+constexpr uint32_t kFirstBlock = 0x8000'0000;  // tables count from 1
+
+bool isCell(Tag tag) { return tag == Tag::td || tag == Tag::th; }
+
+// Nothing in lists, whose markers stand outside of it.
+bool canBeBox(Tag tag, const NSParagraphStyle& paragraph) {
+  return tag != Tag::body && !isCell(tag) && !has(tag, kTablePart | kFormatting) &&
+         paragraph.lists.empty() && paragraph.cells.size() < kDeepestTables;
+}
 
 void take(const NSTextAttributes& from, uint32_t own, NSTextAttributes* to) {
   if (own & kFamily) to->font.family = from.font.family;
@@ -187,10 +197,8 @@ void alignBy(const Source& source, NSParagraphStyle* paragraph) {
 void indentBy(const Source& source, double fontSize, NSParagraphStyle* paragraph) {
   const Declarations& declared = *source.declarations;
   const double textIndent = paragraph->firstLineIndent - paragraph->headIndent;
-  double left = source.tag == Tag::blockquote || source.tag == Tag::ul || source.tag == Tag::ol ||
-                        source.tag == Tag::dd
-                    ? kIndent
-                    : 0;
+  const bool isList = source.tag == Tag::ul || source.tag == Tag::ol;
+  double left = isList || source.tag == Tag::blockquote || source.tag == Tag::dd ? kIndent : 0;
   if (declared.has(Property::marginLeft)) left = declared.marginLeft.of(fontSize);
   double first = textIndent;
   if (declared.has(Property::textIndent)) first = declared.textIndent.of(fontSize);
@@ -201,6 +209,18 @@ void indentBy(const Source& source, double fontSize, NSParagraphStyle* paragraph
     paragraph->tailIndent =
         boundedIndent(paragraph->tailIndent + declared.marginRight.of(fontSize));
   }
+}
+
+// Padding of a block that is no box: its text stands that much further in.
+void padBy(const Source& source, double fontSize, NSParagraphStyle* paragraph) {
+  const Declarations& declared = *source.declarations;
+  const bool isList = source.tag == Tag::ul || source.tag == Tag::ol;
+  if (isList || isCell(source.tag) || has(source.tag, kTablePart)) return;
+  const double left = std::max(0.0, declared.paddingLeft.of(fontSize));
+  const double right = std::max(0.0, declared.paddingRight.of(fontSize));
+  paragraph->headIndent = boundedIndent(paragraph->headIndent + left);
+  paragraph->firstLineIndent = boundedIndent(paragraph->firstLineIndent + left);
+  paragraph->tailIndent = boundedIndent(paragraph->tailIndent + right);
 }
 
 void spaceBy(const Source& source, double fontSize, NSParagraphStyle* paragraph) {
@@ -257,10 +277,7 @@ void Looks::apply(const Source& source, Level* level) {
   const Attribute* const direction =
       source.attributes ? source.attributes->attribute(u"dir") : nullptr;
   const bool turns = direction || source.declarations->has(Property::direction);
-  if (!source.isBlock && !turns && !has(source.tag, kTablePart) && source.tag != Tag::td &&
-      source.tag != Tag::th) {
-    return;
-  }
+  if (!source.isBlock && !turns && !has(source.tag, kTablePart) && !isCell(source.tag)) return;
   NSParagraphStyle paragraph = style.paragraph ? *style.paragraph : NSParagraphStyle();
   alignBy(source, &paragraph);
   indentBy(source, style.font.size, &paragraph);
@@ -276,7 +293,37 @@ void Looks::apply(const Source& source, Level* level) {
   if (source.tag == Tag::blockquote && paragraph.quoteLevel < 100) ++paragraph.quoteLevel;
   paragraph.preformatted = source.keepsWhiteSpace;
   paragraph.tabStops = source.declarations->tabStops;
+  if (source.isBlock && canBeBox(source.tag, paragraph) &&
+      isBox(*source.declarations, groundOf(paragraph))) {
+    enterBlock(source, &paragraph, level);
+  } else if (source.isBlock) {
+    padBy(source, style.font.size, &paragraph);
+  }
   setParagraph(std::move(paragraph), level);
+}
+
+// The block's indents and the space around it are the box's, and those of its text begin anew.
+void Looks::enterBlock(const Source& source, NSParagraphStyle* paragraph, Level* level) {
+  NSTextTableCell box;
+  box.table = kFirstBlock + blocks_++;
+  box.isBlock = true;
+  const auto edge = [](double points) { return static_cast<float>(std::max(0.0, points)); };
+  box.margin.left = edge(paragraph->headIndent);
+  box.margin.right = edge(paragraph->tailIndent);
+  if (source.tag != Tag::p) {  // there they are blank lines
+    box.margin.top = edge(source.declarations->marginTop.of(level->style.font.size));
+    box.margin.bottom = edge(source.declarations->marginBottom.of(level->style.font.size));
+  }
+  box.padding.emplace();
+  applyToBox(*source.declarations, level->style.font.size, &box);
+  if (box.background) {
+    level->style.background.reset();
+    level->own |= kBackground;
+  }
+  paragraph->firstLineIndent -= paragraph->headIndent;
+  paragraph->headIndent = paragraph->tailIndent = 0;
+  paragraph->spacingBefore = paragraph->spacingAfter = 0;
+  paragraph->cells.push_back(box);
 }
 
 void Looks::push(const Source& source) {
@@ -338,27 +385,12 @@ void Looks::enterCell(NSTextTableCell cell, const Source& source) {
   Level& level = levels_.back();
   const Attribute* const color = source.attributes->attribute(u"bgcolor");
   if (color) cell.background = legacyColor(color->raw);
-  if (source.declarations->has(Property::background)) {
-    cell.background = source.declarations->background;
-  }
+  cell.width = pointsOf(*source.attributes, u"width");
+  applyToBox(*source.declarations, level.style.font.size, &cell);
   if (cell.background) {
     level.style.background.reset();
     level.own |= kBackground;
   }
-  cell.width = pointsOf(*source.attributes, u"width");
-  if (source.declarations->has(Property::width) &&
-      source.declarations->width.unit == Length::Unit::points) {
-    cell.width = source.declarations->width.value;
-  }
-  const auto take = [&](Property side, NSTextBorder NSTextBorders::*border) {
-    if (source.declarations->has(side)) {
-      cell.borders.*border = source.declarations->borders.*border;
-    }
-  };
-  take(Property::borderTop, &NSTextBorders::top);
-  take(Property::borderRight, &NSTextBorders::right);
-  take(Property::borderBottom, &NSTextBorders::bottom);
-  take(Property::borderLeft, &NSTextBorders::left);
   NSParagraphStyle style = paragraph();
   if (style.cells.size() < kDeepestTables) style.cells.push_back(cell);
   style.headIndent = style.firstLineIndent = style.tailIndent = 0;

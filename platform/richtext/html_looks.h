@@ -46,7 +46,7 @@ class Looks {
 
   // The number of the present look; of the same with an attachment.
   [[nodiscard]] uint32_t current();
-  // In how many tables it is.
+  // In how many boxes it is.
   [[nodiscard]] size_t depth() const;
   [[nodiscard]] uint32_t withAttachment(std::shared_ptr<const NSTextAttachment> attachment);
 
@@ -59,6 +59,7 @@ class Looks {
   };
 
   void apply(const Source& source, Level* level);
+  void enterBlock(const Source& source, NSParagraphStyle* paragraph, Level* level);
   void setParagraph(NSParagraphStyle&& paragraph, Level* level);
   [[nodiscard]] NSParagraphStyle paragraph() const;
 
@@ -68,6 +69,7 @@ class Looks {
   std::vector<std::shared_ptr<const NSTextAttributes>> looks_;
   std::vector<std::shared_ptr<NSParagraphStyle>> inCells_;
   std::vector<uint16_t> columns_;  // by table
+  uint32_t blocks_ = 0;            // that are boxes
   bool isFresh_ = false;           // the last look is the present one
 };
 

@@ -32,6 +32,28 @@ std::string linesText(const NSTextBorders& borders) {
   return text;
 }
 
+// Above, to the right, below and to the left.
+std::string edgesText(const char* name, const NSTextEdges& edges) {
+  std::string text = name;
+  for (const float edge : {edges.top, edges.right, edges.bottom, edges.left}) {
+    text += (text.ends_with('=') ? "" : ",") + numberText(edge);
+  }
+  return text;
+}
+
+std::string boxText(const NSTextTableCell& box) {
+  std::string text = "box";
+  if (!box.isBlock) {
+    text = "cell=" + std::to_string(box.row) + "," + std::to_string(box.column) + "/" +
+           std::to_string(box.columns);
+  }
+  text += colorText(box.background) + linesText(box.borders);
+  if (box.margin != NSTextEdges{}) text += edgesText(" margin=", box.margin);
+  const NSTextEdges none = box.isBlock ? NSTextEdges{} : NSTextEdges{-1, -1, -1, -1};
+  if (box.padding.value_or(none) != none) text += edgesText(" padding=", *box.padding);
+  return text;
+}
+
 // "[bold]text[]text": each run's look that is not the default one, in front of it.
 std::string looksOf(const NSAttributedString& attributed) {
   std::string form;
@@ -72,10 +94,7 @@ std::string looksOf(const NSAttributedString& attributed) {
       if (paragraph->preformatted) word("pre");
       if (paragraph->quoteLevel) word("quote=" + std::to_string(paragraph->quoteLevel));
       for (const NSTextList& list : paragraph->lists) word("list=" + list.marker.utf8());
-      for (const NSTextTableCell& cell : paragraph->cells) {
-        word("cell=" + std::to_string(cell.row) + "," + std::to_string(cell.column) + "/" +
-             std::to_string(cell.columns) + colorText(cell.background) + linesText(cell.borders));
-      }
+      for (const NSTextTableCell& box : paragraph->cells) word(boxText(box));
     }
     if (!words.empty() || !form.empty()) form += "[" + words + "]";
     form += string.substring(at, run.length).utf8();
@@ -168,6 +187,45 @@ constexpr Row kRows[] = {
      "<table><tr><td style='border:1px'>a<td style='border:0 solid'>b"
      "<td style='border:1px solid transparent'>c<td style='border:hidden 2px'>d</table>",
      "[cell=0,0/4]a\t[cell=0,1/4]b\t[cell=0,2/4]c\t[cell=0,3/4]d"},
+    {"PaddingOfCells",
+     "<table cellpadding=4><tr><td>a<td style='padding:1pt 2pt'>b<td style='padding-top:5pt'>c"
+     "</table>",
+     "[cell=0,0/3 padding=3,3,3,3]a\t[cell=0,1/3 padding=1,2,1,2]b\t"
+     "[cell=0,2/3 padding=5,3,3,3]c"},
+    {"BlockWithALine", "<div style='border-top:1pt solid #ccc;padding:3pt 0 0'>a</div>b",
+     "[box lines=1#CCCCCC,0,0,0 padding=3,0,0,0]a\n[]b"},
+    {"BlockWithAGround",
+     "<div style='background:#eee;margin:1pt 2pt 3pt 4pt;padding:5pt'><p>a<p>b</div>c",
+     "[box#EEEEEE margin=1,2,3,4 padding=5,5,5,5]a\n\nb\n[]\nc"},
+    {"QuotesWithALine",
+     "<blockquote style='margin:0 0 0 6pt;border-left:1pt solid;padding-left:4pt'>a"
+     "<blockquote style='margin:0 0 0 6pt;border-left:2pt solid;padding-left:4pt'>b</blockquote>"
+     "c</blockquote>d",
+     "[quote=1 box lines=0,0,0,1 margin=0,0,0,6 padding=0,0,0,4]a\n"
+     "[quote=2 box lines=0,0,0,1 margin=0,0,0,6 padding=0,0,0,4 "
+     "box lines=0,0,0,2 margin=0,0,0,6 padding=0,0,0,4]b\n"
+     "[quote=1 box lines=0,0,0,1 margin=0,0,0,6 padding=0,0,0,4]c\n[]d"},
+    {"BlankLineBehindABlock", "<div style='border:1pt solid'><p>a</div><p>b",
+     "[box lines=1,1,1,1]a\n[]\nb"},
+    {"IndentsBeginAnewInABlock",
+     "<div style='margin-left:9pt'><div style='border:1pt solid'>a<p style='margin:0 0 0 7pt'>b",
+     "[box lines=1,1,1,1 margin=0,0,0,9]a\n[indent=7 box lines=1,1,1,1 margin=0,0,0,9]b"},
+    {"MarginsOfABoxedParagraphAreBlankLines",
+     "a<p style='border:1pt solid;padding:2pt;margin-top:9pt'>b</p>c",
+     "a\n\n[box lines=1,1,1,1 padding=2,2,2,2]b\n[]\nc"},
+    {"WhiteOnPaperIsNoBox",
+     "<div style='background:#fff'>a</div><div style='background:#eee'><div "
+     "style='background:#EEE'>b</div><div style='background:white'>c",
+     "[background=#FFFFFF]a\n[background=#EEEEEE box#EEEEEE]b\n[box#EEEEEE box#FFFFFF]c"},
+    {"BlockInACell", "<table><tr><td>a<div style='border:1pt solid'>b</div><td>c</table>",
+     "[cell=0,0/2]a\n[cell=0,0/2 box lines=1,1,1,1]b\t[cell=0,1/2]c"},
+    {"TableInABlock", "<div style='border:1pt solid'>a<table><tr><td>b<td>c</table>d",
+     "[box lines=1,1,1,1]a\n[box lines=1,1,1,1 cell=0,0/2]b\t"
+     "[box lines=1,1,1,1 cell=0,1/2]c\n[box lines=1,1,1,1]d"},
+    {"NoBoxesInLists", "<ul><li style='border:1pt solid'>a</ul>", "[indent=30 list=disc]\u2022\ta"},
+    {"InlineLinesAreNoBoxes", "<span style='border:1pt solid'>a</span>", "a"},
+    {"PaddingOfABlockIsAnIndent", "<div style='padding:1pt 2pt 3pt 4pt'>a</div>b",
+     "[indent=4]a\n[]b"},
     {"BodyColors", "<body text=blue style='font-size:10pt'>a", "[size=10 color=#0000FF]a"},
     {"RemoteImage", "a<img src=https://example.org/a.png>b",
      "a[image=https://example.org/a.png,,0]\uFFFC[]b"},

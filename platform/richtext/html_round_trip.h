@@ -156,7 +156,14 @@ class Comparable {
           &paragraph.minimumLineHeight, &paragraph.maximumLineHeight}) {
       round(value);
     }
+    const auto roundEdges = [](NSTextEdges* edges) {
+      for (float* edge : {&edges->top, &edges->right, &edges->bottom, &edges->left}) {
+        *edge = static_cast<float>(std::llround(*edge * 1000)) / 1000;
+      }
+    };
     for (NSTextTableCell& cell : paragraph.cells) {
+      roundEdges(&cell.margin);
+      if (cell.padding) roundEdges(&*cell.padding);
       cell.table = tables_.try_emplace(cell.table, tables_.size() + 1).first->second;
       cell.columns = 0;  // of the cells that are there
       cell.columnSpan = std::min<uint16_t>(cell.columnSpan, kMostColumnsSpanned);

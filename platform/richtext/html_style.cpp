@@ -71,8 +71,14 @@ void Declarations::take(Property property, const Declarations& other) {
     case Property::paddingTop:
       paddingTop = other.paddingTop;
       return;
+    case Property::paddingRight:
+      paddingRight = other.paddingRight;
+      return;
     case Property::paddingBottom:
       paddingBottom = other.paddingBottom;
+      return;
+    case Property::paddingLeft:
+      paddingLeft = other.paddingLeft;
       return;
     case Property::textIndent:
       textIndent = other.textIndent;

@@ -28,7 +28,9 @@ enum class Property : uint8_t {
   marginLeft,
   marginRight,
   paddingTop,
+  paddingRight,
   paddingBottom,
+  paddingLeft,
   textIndent,
   fontFamily,
   fontWeight,
@@ -75,8 +77,8 @@ struct Declarations {
   bool clipped = false;
   bool transparent = false;
   NSString listStyle;  // "none", "disc", "decimal", ...
-  Length marginTop, marginBottom, marginLeft, marginRight, paddingTop, paddingBottom, textIndent,
-      fontSize, lineHeight, width, imageHeight, firstLine;
+  Length marginTop, marginBottom, marginLeft, marginRight, paddingTop, paddingRight, paddingBottom,
+      paddingLeft, textIndent, fontSize, lineHeight, width, imageHeight, firstLine;
   bool leastLineHeight = false;  // lineHeight is a bound from below
   std::vector<NSTextTab> tabStops;
   NSTextBorders borders;

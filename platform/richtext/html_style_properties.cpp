@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <iterator>
+#include <tuple>
 
 #include "platform/richtext/html_colors.h"
 #include "platform/richtext/html_style_borders.h"
@@ -74,20 +75,40 @@ bool parseOpacity(Text value, Declarations* to) {
   return true;
 }
 
-bool parseMargin(Text value, Declarations* to) {
+// One to four lengths, for the sides clockwise from the top.
+std::optional<std::array<Length, 4>> sidesIn(Text value) {
   std::array<Length, 4> sides;
   size_t count = 0;
   for (Text word = takeWord(&value); !word.empty() && count < 4; word = takeWord(&value)) {
-    if (!is(word, u"auto") && !setLength(word, &sides[count])) return false;
+    if (!is(word, u"auto") && !setLength(word, &sides[count])) return std::nullopt;
     ++count;
   }
-  if (count == 0) return false;
-  to->marginTop = sides[0];
-  to->marginRight = sides[count > 1 ? 1 : 0];
-  to->marginBottom = sides[count > 2 ? 2 : 0];
-  to->marginLeft = sides[count > 3 ? 3 : count > 1 ? 1 : 0];
+  if (count == 0) return std::nullopt;
+  if (count < 2) sides[1] = sides[0];
+  if (count < 3) sides[2] = sides[0];
+  if (count < 4) sides[3] = sides[1];
+  return sides;
+}
+
+bool parseMargin(Text value, Declarations* to) {
+  const auto sides = sidesIn(value);
+  if (!sides) return false;
+  std::tie(to->marginTop, to->marginRight, to->marginBottom, to->marginLeft) =
+      std::tuple_cat(*sides);
   for (const auto side :
        {Property::marginTop, Property::marginRight, Property::marginBottom, Property::marginLeft}) {
+    to->declare(side);
+  }
+  return true;
+}
+
+bool parsePadding(Text value, Declarations* to) {
+  const auto sides = sidesIn(value);
+  if (!sides) return false;
+  std::tie(to->paddingTop, to->paddingRight, to->paddingBottom, to->paddingLeft) =
+      std::tuple_cat(*sides);
+  for (const auto side : {Property::paddingTop, Property::paddingRight, Property::paddingBottom,
+                          Property::paddingLeft}) {
     to->declare(side);
   }
   return true;
@@ -98,9 +119,11 @@ bool parseMarginBottom(Text value, Declarations* to) { return setLength(value, &
 bool parseMarginLeft(Text value, Declarations* to) { return setLength(value, &to->marginLeft); }
 bool parseMarginRight(Text value, Declarations* to) { return setLength(value, &to->marginRight); }
 bool parsePaddingTop(Text value, Declarations* to) { return setLength(value, &to->paddingTop); }
+bool parsePaddingRight(Text value, Declarations* to) { return setLength(value, &to->paddingRight); }
 bool parsePaddingBottom(Text value, Declarations* to) {
   return setLength(value, &to->paddingBottom);
 }
+bool parsePaddingLeft(Text value, Declarations* to) { return setLength(value, &to->paddingLeft); }
 bool parseTextIndent(Text value, Declarations* to) { return setLength(value, &to->textIndent); }
 bool parseWidth(Text value, Declarations* to) { return setLength(value, &to->width); }
 
@@ -333,7 +356,10 @@ constexpr PropertyRow kProperties[] = {
     {u"max-height",       Property::height,        parseMaxHeight,     true},
     {u"opacity",          Property::opacity,       parseOpacity,       true},
     {u"overflow",         Property::overflow,      parseOverflow,      true},
+    {u"padding",          Property::count,         parsePadding,       false},
     {u"padding-bottom",   Property::paddingBottom, parsePaddingBottom, false},
+    {u"padding-left",     Property::paddingLeft,   parsePaddingLeft,   false},
+    {u"padding-right",    Property::paddingRight,  parsePaddingRight,  false},
     {u"padding-top",      Property::paddingTop,    parsePaddingTop,    false},
     {u"text-align",       Property::textAlign,     parseTextAlign,     false},
     {u"text-decoration",  Property::decoration,    parseDecoration,    false},

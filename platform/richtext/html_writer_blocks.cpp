@@ -192,6 +192,13 @@ void BlockWriter::enterCells(const NSParagraphStyle& style) {
 
 void BlockWriter::openTable(const NSTextTableCell& cell) {
   closeLists(listsOutside());
+  if (cell.isBlock) {
+    out_ += u"<div";
+    text_.writeClass(classes_.cell(cell));
+    out_ += u'>';
+    tables_.push_back({cell, lists_.size(), {}});
+    return;
+  }
   out_ += u"<table>";
   endLine();
   out_ += u"<tbody>";
@@ -243,11 +250,15 @@ void BlockWriter::openCell(const NSTextTableCell& cell) {
 void BlockWriter::closeTables(size_t count) {
   while (tables_.size() > count) {
     closeLists(tables_.back().lists);
-    out_ += u"</td></tr>";
-    endLine();
-    out_ += u"</tbody>";
-    endLine();
-    out_ += u"</table>";
+    if (tables_.back().cell.isBlock) {
+      out_ += u"</div>";
+    } else {
+      out_ += u"</td></tr>";
+      endLine();
+      out_ += u"</tbody>";
+      endLine();
+      out_ += u"</table>";
+    }
     endLine();
     tables_.pop_back();
   }

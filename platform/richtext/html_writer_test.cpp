@@ -201,6 +201,22 @@ constexpr Same kSame[] = {
 INSTANTIATE_TEST_SUITE_P(HTML, ReadsBackToo, testing::ValuesIn(kSame),
                          [](const auto& row) { return std::string(row.param.name); });
 
+// Blocks with lines come out of HTML only.
+TEST(HTMLWriter, BoxesReadBack) {
+  for (const char16_t* html : {
+           u"<div style='border-top:1pt solid #ccc;padding:3pt 0 0'>a</div>b",
+           u"<div style='background:#eee;margin:1pt 2pt 3pt "
+           u"4pt;padding:5pt;width:99pt'>a<p>b</div>",
+           u"<div style='border:1pt solid'>a<table cellpadding=3><tr><td>b<td>c</table>d</div>e",
+           u"<table><tr><td>a<div style='border:1pt solid'>b</div><td>c</table>",
+           u"<blockquote>a<blockquote style='border-left:1pt solid'>b</blockquote></blockquote>c",
+           u"<div style='border:1pt solid'><ul><li>a<li>b</ul>c<pre>d\ne</pre></div>",
+       }) {
+    EXPECT_EQ(html::roundTripDifference(attributedTextFromHTML(NSString(html))), "")
+        << NSString(html);
+  }
+}
+
 #ifdef KELSPAR_CORPUS
 TEST(HTMLWriterCorpus, ReadsBack) {
   size_t documents = 0;

@@ -54,7 +54,30 @@ constexpr BorderSide kBorderSides[] = {
     {{u"borderLeft", u"borderLeftColor"}, &NSTextBorders::left},
 };
 
+struct Edge {
+  std::u16string_view key;
+  float NSTextEdges::*side;
+};
+constexpr Edge kMargins[] = {
+    {u"marginTop", &NSTextEdges::top},
+    {u"marginRight", &NSTextEdges::right},
+    {u"marginBottom", &NSTextEdges::bottom},
+    {u"marginLeft", &NSTextEdges::left},
+};
+constexpr Edge kPaddings[] = {
+    {u"paddingTop", &NSTextEdges::top},
+    {u"paddingRight", &NSTextEdges::right},
+    {u"paddingBottom", &NSTextEdges::bottom},
+    {u"paddingLeft", &NSTextEdges::left},
+};
+constexpr double kWidest = 1e6;  // of lines and edges
+
 // Writing
+
+double rounded(float points) {
+  constexpr double kExact = 1000;  // a float's digits behind that say nothing
+  return std::round(points * kExact) / kExact;
+}
 
 // Whole numbers are written without a fraction.
 NSNumber number(double value) {
@@ -110,8 +133,7 @@ NSDictionary listContent(const NSTextList& list) {
 // The same on all sides under one key.
 void setBorders(const NSTextBorders& borders, Writer* out) {
   const auto set = [out](const BorderKeys& keys, const NSTextBorder& border) {
-    constexpr double kExact = 1000;  // a float's digits behind that say nothing
-    out->set(keys.width, std::round(border.width * kExact) / kExact);
+    out->set(keys.width, rounded(border.width));
     if (border.color != NSColor{}) out->set(keys.color, std::optional(border.color));
   };
   if (borders == NSTextBorders::all(borders.top)) {
@@ -126,6 +148,13 @@ NSDictionary cellContent(const NSTextTableCell& cell) {
   out.set(u"table", id(NSNumber(cell.table)));
   for (const Count& count : kCellCounts) out.set(count.key, id(NSNumber(cell.*count.member)));
   out.set(u"width", cell.width);
+  out.set(u"block", cell.isBlock);
+  for (const auto& [key, side] : kMargins) out.set(key, rounded(cell.margin.*side));
+  if (cell.padding) {
+    for (const auto& [key, side] : kPaddings) {
+      out.set(key, id(number(rounded((*cell.padding).*side))));
+    }
+  }
   setBorders(cell.borders, &out);
   out.set(u"background", cell.background);
   return out.done();
@@ -314,9 +343,14 @@ void readBorder(const Reader& in, const BorderKeys& keys, NSTextBorder* border) 
   std::optional<NSColor> color = border->color;
   in.read(keys.width, &width);
   in.read(keys.color, &color);
-  constexpr double kWidest = 1e6;
   border->width = static_cast<float>(std::clamp(width, 0.0, kWidest));
   border->color = color.value_or(NSColor{});
+}
+
+void readEdge(const Reader& in, std::u16string_view key, float* edge) {
+  double points = 0;
+  in.read(key, &points);
+  *edge = static_cast<float>(std::clamp(points, 0.0, kWidest));
 }
 
 NSTextTableCell readCell(const id& content, bool* fits) {
@@ -325,6 +359,13 @@ NSTextTableCell readCell(const id& content, bool* fits) {
   in.read(u"table", &cell.table);
   for (const Count& count : kCellCounts) in.read(count.key, &(cell.*count.member));
   in.read(u"width", &cell.width);
+  in.read(u"block", &cell.isBlock);
+  for (const auto& [key, side] : kMargins) readEdge(in, key, &(cell.margin.*side));
+  for (const auto& [key, side] : kPaddings) {
+    if (!in.member(key)) continue;
+    if (!cell.padding) cell.padding.emplace();
+    readEdge(in, key, &((*cell.padding).*side));
+  }
   readBorder(in, kBorder, &cell.borders.top);
   cell.borders = NSTextBorders::all(cell.borders.top);
   for (const auto& [keys, side] : kBorderSides) readBorder(in, keys, &(cell.borders.*side));

@@ -44,6 +44,10 @@ constexpr Row kRows[] = {
      R"("columnSpan":1,"columns":1,"border":0.1,"borderColor":"#FF0000"},{"table":2,"row":0,)"
      R"("column":0,"rowSpan":1,"columnSpan":1,"columns":1,"borderTop":1.5,)"
      R"("borderBottom":2,"borderBottomColor":"#010203"}]}})"},
+    {"Block",
+     R"({"font":{"size":12},"paragraph":{"cells":[{"table":3,"row":0,"column":0,"rowSpan":1,)"
+     R"("columnSpan":1,"columns":1,"block":true,"marginTop":1.5,"marginLeft":20,"paddingTop":0,)"
+     R"("paddingRight":2,"paddingBottom":0,"paddingLeft":4,"borderLeft":1}]}})"},
     {"Attachment",
      R"({"font":{"size":12},"attachment":{"type":"image/png","width":3,"height":4,"size":0,)"
      R"("name":"a.png"}})"},
