@@ -54,11 +54,15 @@ char16_t ownUnit(const EncodingRow& row, unsigned byte) {
   }
 }
 
+bool isC1(char16_t unit) { return unit >= 0x80 && unit <= 0x9F; }
+
+bool isPrivateUse(char16_t unit) { return unit >= 0xE000 && unit <= 0xF8FF; }
+
 // ICU's DOS pages swap three control characters; below 0x80 all but EBCDIC is ASCII.
 char16_t unitOf(const EncodingRow& row, unsigned byte, char16_t converted) {
   if (byte < 0x80 && row.shape != EncodingShape::ebcdic) return static_cast<char16_t>(byte);
-  const bool isC1 = converted >= 0x80 && converted <= 0x9F;
-  return isC1 && row.shape == EncodingShape::windows ? utf8::kReplacement : converted;
+  const bool isMarked = isC1(converted) || isPrivateUse(converted);
+  return isMarked && row.shape == EncodingShape::windows ? utf8::kReplacement : converted;
 }
 
 }  // namespace
@@ -143,9 +147,11 @@ PairTable::PairTable(const EncodingRow& row) : row_(row) {
   for (size_t trail = kFirstTrail; trail < 256; ++trail) sequences += {0, static_cast<char>(trail)};
   for (unsigned lead = 0; lead < 256; ++lead) {
     singles_[lead] = lead < 0x80 ? static_cast<char16_t>(lead) : alone[lead];
-    // The narrow sets have no C1 controls: ICU gives them for bytes that are not defined.
-    const bool isC1 = singles_[lead] >= 0x80 && singles_[lead] <= 0x9F;
-    if (singles_[lead] != utf8::kReplacement && !(isC1 && longer_ == Longer::none)) continue;
+    // The narrow sets have no C1 controls, and none has single bytes of private use: ICU gives
+    // these for bytes that are not defined.
+    const bool isMarked =
+        (isC1(singles_[lead]) && longer_ == Longer::none) || isPrivateUse(singles_[lead]);
+    if (singles_[lead] != utf8::kReplacement && !isMarked) continue;
     singles_[lead] = 0;
     for (size_t i = 0; i < sequences.size(); i += 2) sequences[i] = static_cast<char>(lead);
     const auto units = unitsOf(row, sequences, 2);

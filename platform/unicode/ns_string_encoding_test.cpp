@@ -144,6 +144,22 @@ constexpr RefusedRow kRefused[] = {
 INSTANTIATE_TEST_SUITE_P(NSStringEncoding, Refused, testing::ValuesIn(kRefused),
                          [](const auto& row) { return std::string(row.param.name); });
 
+// Undefined bytes are of private use in ICU's tables. Macintosh sets have a sign of their own
+// there, and symbols that Unicode lacks.
+TEST(Decoding, NoByteIsOfPrivateUse) {
+  for (const NSStringEncoding encoding : availableStringEncodings()) {
+    const std::u16string_view name = localizedNameOfStringEncoding(encoding).view();
+    if (name.ends_with(u"(Mac OS)") || name.ends_with(u"Roman)")) continue;
+    for (unsigned byte = 0; byte < 256; ++byte) {
+      const char c = static_cast<char>(byte);
+      const NSString text = stringWithBytes({&c, 1}, encoding);
+      const bool isPrivate =
+          text.length() == 1 && text.view()[0] >= 0xE000 && text.view()[0] < 0xF900;
+      EXPECT_FALSE(isPrivate) << localizedNameOfStringEncoding(encoding) << " " << byte;
+    }
+  }
+}
+
 // Each page as a whole, ICU's mapping as the reference, but for what is refused on purpose.
 TEST(Encoding, EveryAvailableOneRoundTrips) {
   for (const NSStringEncoding encoding : availableStringEncodings()) {
