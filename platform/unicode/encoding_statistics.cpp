@@ -54,6 +54,14 @@ Class asciiClass(uint8_t byte) {
   return byte >= 'A' && byte <= 'Z' ? Class::upper : Class::punctuation;
 }
 
+// Of measures, money and small numbers.
+bool isSign(char16_t unit) {
+  constexpr std::u16string_view kSigns =
+      u"\u00A2\u00A4\u00A5\u00A6\u00AC\u00B1\u00B2\u00B3\u00B5\u00B6\u00B9\u00BC\u00BD\u00BE\u00D7"
+      u"\u00F7";
+  return kSigns.find(unit) != kSigns.npos;
+}
+
 bool isLetter(Class c) { return c <= Class::mark; }
 
 // The bytes of a sample: how often each stands, and behind which other.
@@ -74,18 +82,26 @@ class Sample {
     thread_local std::vector<uint16_t> used;
     used.clear();
     uint8_t before = ' ';
-    bool afterLetter = false;  // what stands before `before` is one
+    // What stands before `before`.
+    bool afterLetter = false, afterHigh = false;
+    const auto countAlone = [&](bool isInside) {
+      alone_[before] += before >= 0x80 && !isInside && !afterLetter && !afterHigh;
+    };
     for (const char c : bytes) {
       const auto byte = static_cast<uint8_t>(c);
       if ((byte | before) >= 0x80) {
         const auto key = static_cast<uint16_t>(before << 8 | byte);
         if (table[key]++ == 0) used.push_back(key);
         counts_[byte] += byte >= 0x80;
-        inWords_[before] += before >= 0x80 && isLetter(asciiClass(byte)) && afterLetter;
+        const bool isInside = byte >= 0x80 || isLetter(asciiClass(byte));
+        inWords_[before] += before >= 0x80 && byte < 0x80 && isInside && afterLetter;
+        countAlone(isInside);
       }
       afterLetter = before < 0x80 && isLetter(asciiClass(before));
+      afterHigh = before >= 0x80;
       before = byte;
     }
+    countAlone(false);
     for (const uint16_t key : used) {
       pairs_.push_back({static_cast<uint8_t>(key >> 8), static_cast<uint8_t>(key), table[key]});
       table[key] = 0;
@@ -103,9 +119,16 @@ class Sample {
 
   const std::vector<Pair>& pairs() const { return pairs_; }
   const std::vector<uint8_t>& high() const { return high_; }
+  float countOfHigh() const {
+    float count = 0;
+    for (const uint8_t byte : high_) count += static_cast<float>(counts_[byte]);
+    return count;
+  }
   float count(uint8_t byte) const { return static_cast<float>(counts_[byte]); }
   // How often it stands between two letters of ASCII.
   float countInWords(uint8_t byte) const { return static_cast<float>(inWords_[byte]); }
+  // How often neither a letter of ASCII nor another byte above 0x7F touches it.
+  float countAlone(uint8_t byte) const { return static_cast<float>(alone_[byte]); }
 
  private:
   static float costOfWords(int missing) {
@@ -115,7 +138,7 @@ class Sample {
 
   std::vector<Pair> pairs_;
   std::vector<uint8_t> high_;
-  std::array<uint32_t, 256> counts_{}, inWords_{};
+  std::array<uint32_t, 256> counts_{}, inWords_{}, alone_{};
   std::vector<uint16_t> words_;
   uint16_t mostWords_;
 };
@@ -154,6 +177,7 @@ class PageModel {
     }
     for (const uint8_t byte : sample.high()) {
       shared += inWordCosts_[byte - 0x80] * sample.countInWords(byte);
+      if (isLetter(classes_[byte])) shared += aloneCost() * sample.countAlone(byte);
     }
     float best = kImpossible;
     for (const Language& language : languages_) {
@@ -179,6 +203,9 @@ class PageModel {
     return unit == 0xA0 ? 2 : 5;
   }
 
+  // Few words are one letter.
+  [[nodiscard]] float aloneCost() const { return isLatin_ ? 1 : 3; }
+
   void addLanguage(std::string_view name) {
     const auto letters = std::ranges::find_if(
         languageLetters(), [name](const LanguageLetters& row) { return row.language == name; });
@@ -200,6 +227,8 @@ class PageModel {
         cost = 11;
       } else if (classes_[byte] == Class::punctuation) {
         cost = 7;
+      } else if (isSign(unit)) {
+        cost = 9;
       } else if (classes_[byte] == Class::control || classes_[byte] == Class::undefined) {
         cost = 40;
       }
@@ -251,7 +280,9 @@ const std::vector<PageModel>& pageModels() {
 
 std::vector<NSStringEncoding> guessEncodings(std::string_view bytes,
                                              std::span<const NSStringEncoding> suggested) {
-  constexpr float kBenefit = 1.5f;
+  // Weighs more than a handful of bytes can say, and next to nothing against a line of text.
+  const Sample sample(bytes);
+  const float benefit = 1.5f + 6 / std::max(1.0f, sample.countOfHigh());
   struct Guess {
     float cost;
     NSStringEncoding encoding;
@@ -260,11 +291,10 @@ std::vector<NSStringEncoding> guessEncodings(std::string_view bytes,
   float best = kImpossible;
   const auto add = [&](NSStringEncoding encoding, float cost) {
     if (cost == kImpossible) return;
-    if (std::ranges::find(suggested, encoding) != suggested.end()) cost -= kBenefit;
+    if (std::ranges::find(suggested, encoding) != suggested.end()) cost -= benefit;
     best = std::min(best, cost);
     guesses.push_back({cost, encoding});
   };
-  const Sample sample(bytes);
   for (const PairModel& model : pairModels()) {
     add(model.encoding(), model.cost(bytes.substr(0, kSample)) + sample.wordCostOfOthers());
   }

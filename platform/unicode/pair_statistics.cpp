@@ -11,6 +11,8 @@ namespace {
 
 constexpr float kImpossible = std::numeric_limits<float>::infinity();
 constexpr uint8_t kUndefined = 255;
+// A character of one byte, half-width katakana mostly: among others; with none beside it.
+constexpr int kAlone = 9, kLonely = 13;
 
 const EncodingRow& rowOf(NSStringEncoding encoding) { return *encodingRow(encoding); }
 
@@ -85,6 +87,15 @@ float PairModel::costOf(uint8_t lead, char16_t unit, bool isFrequent) const {
   return kRare;
 }
 
+// A lead whose trail is cut off tells nothing.
+float PairModel::costOfLast(std::string_view bytes) const {
+  const char16_t unit = table_.alone(static_cast<uint8_t>(bytes.back()));
+  if (unit == 0) return 0;
+  if (unit <= 0x9F) return kImpossible;
+  const bool isLonely = bytes.size() == 1 || (bytes[bytes.size() - 2] & 0x80) == 0;
+  return isLonely ? kLonely : kAlone;
+}
+
 float PairModel::cost(std::string_view bytes) const {
   const auto* in = reinterpret_cast<const uint8_t*>(bytes.data());
   const size_t size = bytes.size();
@@ -95,7 +106,7 @@ float PairModel::cost(std::string_view bytes) const {
       ++at;
       continue;
     }
-    if (at + 1 >= size) break;
+    if (at + 1 >= size) return price_ + static_cast<float>(eighths) / 8 + costOfLast(bytes);
     const uint8_t cost = costs_[(lead & 0x7F) << 8 | in[at + 1]];
     if (cost != kUndefined) {
       // Between two Latin letters stands a Latin letter, or two.
@@ -103,7 +114,8 @@ float PairModel::cost(std::string_view bytes) const {
       eighths += cost + (isInWord ? 6 * 8 : 0);
       at += 2;
     } else if (table_.alone(lead) > 0x9F) {
-      eighths += 9 * 8;
+      const bool isLonely = (at == 0 || in[at - 1] < 0x80) && in[at + 1] < 0x80;
+      eighths += (isLonely ? kLonely : kAlone) * 8;
       ++at;
     } else if (isFourByte_ && in[at + 1] >= 0x30 && in[at + 1] <= 0x39) {
       eighths += 30 * 8;

@@ -25,6 +25,7 @@ class PairModel {
 
  private:
   [[nodiscard]] float costOf(uint8_t lead, char16_t unit, bool isFrequent) const;
+  [[nodiscard]] float costOfLast(std::string_view bytes) const;
 
   NSStringEncoding encoding_;
   Language language_;
