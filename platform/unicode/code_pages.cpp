@@ -7,13 +7,15 @@
 #include <mutex>
 #include <unordered_map>
 
+#include "platform/unicode/byte_tables.h"
 #include "platform/unicode/icu_converter.h"
 
 namespace kelspar {
 
 namespace {
 
-enum class Shape : uint8_t { single, dbcs, shiftJIS, multi };
+// ICU has no Johab: it is the C library's.
+enum class Shape : uint8_t { single, dbcs, shiftJIS, multi, johab };
 
 struct Row {
   int number;
@@ -39,7 +41,7 @@ constexpr Row kRows[] = {
     {1252, "windows-1252", Shape::single},   {1253, "windows-1253", Shape::single},
     {1254, "windows-1254", Shape::single},   {1255, "windows-1255", Shape::single},
     {1256, "windows-1256", Shape::single},   {1257, "windows-1257", Shape::single},
-    {1258, "windows-1258", Shape::single},   {1361, "ibm-1363", Shape::dbcs},
+    {1258, "windows-1258", Shape::single},   {1361, nullptr, Shape::johab},
     {10000, "macintosh", Shape::single},     {10001, "windows-932", Shape::shiftJIS},
     {10002, "windows-950", Shape::dbcs},     {10003, "windows-949", Shape::dbcs},
     {10006, "x-mac-greek", Shape::single},   {10007, "x-mac-cyrillic", Shape::single},
@@ -66,6 +68,20 @@ const Row* rowFor(int number) {
   return row != std::end(kRows) && row->number == number ? row : nullptr;
 }
 
+// What is no pair becomes U+FFFD, and ASCII behind it stays.
+void appendJohab(std::string_view bytes, std::u16string* out) {
+  constexpr NSStringEncoding kJohab = 0x80000510;
+  static const PairTable& table = PairTable::of(*encodingRow(kJohab));
+  for (size_t at = 0; at < bytes.size(); ++at) {
+    const auto lead = static_cast<uint8_t>(bytes[at]);
+    const auto trail = static_cast<uint8_t>(at + 1 < bytes.size() ? bytes[at + 1] : 0);
+    const char16_t pair = lead < 0x80 ? 0 : table.pair(lead, trail);
+    const char16_t unit = pair != 0 ? pair : table.alone(lead);
+    out->push_back(unit != 0 || lead == 0 ? unit : u'\xFFFD');
+    at += pair != 0 || (unit == 0 && trail >= 0x80);
+  }
+}
+
 }  // namespace
 
 CodePage::CodePage(int number, const char* converter) : number_(number), converter_(converter) {
@@ -79,9 +95,8 @@ CodePage::CodePage(int number, const char* converter) : number_(number), convert
       units_[byte] = units.empty() ? u'\xFFFD' : units[0];
     }
     // 0xA1 to 0xDF are half-width katakana in Shift_JIS, one byte each.
-    lead_[byte] = shape == Shape::dbcs || shape == Shape::multi ? byte > 0x80
-                  : shape == Shape::shiftJIS ? byte > 0x80 && (byte < 0xA0 || byte > 0xDF)
-                                             : false;
+    lead_[byte] = !singleByte_ && byte > 0x80;
+    if (shape == Shape::shiftJIS && byte >= 0xA0 && byte <= 0xDF) lead_[byte] = false;
   }
 }
 
@@ -100,6 +115,10 @@ const CodePage& CodePage::numbered(int number) {
 }
 
 void CodePage::append(std::string_view bytes, std::u16string* out) const {
+  if (!converter_) {
+    appendJohab(bytes, out);
+    return;
+  }
   if (!singleByte_) {
     convertWithICU(converter_, bytes, Malformed::replace, out);
     return;

@@ -33,7 +33,7 @@ class CodePage {
   bool singleByte_ = true;
   bool lead_[256] = {};
   char16_t units_[256] = {};
-  const char* converter_;  // ICU's name
+  const char* converter_;  // ICU's name; null for Johab
 };
 
 }  // namespace kelspar

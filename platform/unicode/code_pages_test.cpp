@@ -5,6 +5,8 @@
 namespace kelspar {
 namespace {
 
+using namespace std::string_view_literals;
+
 struct Row {
   const char* name;
   int page;
@@ -24,6 +26,8 @@ constexpr Row kRows[] = {
     {"ShiftJIS", 932, "\x82\xA0\xB1", u"\u3042\uFF71"},
     {"GBK", 936, "\xC4\xE3", u"\u4F60"},
     {"UHC", 949, "\xB0\xA1", u"\uAC00"},
+    {"Johab", 1361, "\x88\x61\x88\x63 \\", u"\uAC00\uAC02 \\"},
+    {"DamagedJohab", 1361, "\x88\x61\x88 \xFF\xFF\0"sv, u"\uAC00\uFFFD \uFFFD\0"sv},
     {"Big5", 950, "\xA7\x41", u"\u4F60"},
     {"Thai", 874, "\xA1", u"\u0E01"},
     {"UTF8", 65001, "\xE2\x82\xAC", u"\u20AC"},
