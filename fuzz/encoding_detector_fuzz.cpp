@@ -5,6 +5,7 @@
 
 #include "StringKelspar/StringKelspar.h"
 #include "platform/unicode/NSEncodingDetector.h"
+#include "platform/unicode/shift_sequences.h"
 
 using namespace kelspar;
 
@@ -21,7 +22,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* bytes, size_t size) {
   if (!text || (size > 0 && size < 8 && text.isEmpty() && !found.text.isEmpty())) std::abort();
   const NSString utf8 = NSString::fromUTF8(data.chars());
   const bool hasZeros = data.chars().find('\0') != std::string_view::npos;
-  const bool hasEscapes = data.chars().find_first_of("\x1B~") != std::string_view::npos;
+  const bool hasEscapes = isWholeISO2022(data.chars()) || isWholeHZ(data.chars());
   const bool hasMark = data.chars().starts_with("\xEF\xBB\xBF");
   if (utf8 && !hasZeros && !hasEscapes && !hasMark && text != utf8) std::abort();
   return 0;

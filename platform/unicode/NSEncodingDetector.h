@@ -14,12 +14,14 @@ struct EncodingDetection {
 };
 
 // In this order: a byte-order mark (UTF-8, UTF-16, UTF-32), which is consumed; UTF-16 and UTF-32
-// without one, by their zero bytes; escape sequences (ISO 2022, HZ); valid UTF-8, which is never
-// anything else, plain ASCII included; then the code page and language whose letters fit the bytes
-// best, among some forty. Bytes that are mostly UTF-8 with damage are decoded with loss.
+// without one, by their zero bytes, in eight bytes at least; whole text with escape sequences
+// (ISO 2022, HZ) and characters of two bytes; valid UTF-8, which is never anything else, plain
+// ASCII included; then the code page and language whose letters fit the bytes best, among some
+// forty. Bytes that are mostly UTF-8 with damage are decoded with loss.
 //
-// `suggested` tips the balance between guesses that are about as good; with `useOnlySuggested`
-// nothing else is considered, and the first that fits with loss is taken when none fits without.
+// `suggested` tips the balance between guesses that are about as good, and further the fewer bytes
+// there are to tell them apart; with `useOnlySuggested` nothing else is considered, and the first
+// that fits with loss is taken when none fits without.
 // Data without bytes is ASCII and the empty text; nil data fits nothing.
 //
 // Guessing looks at 16 KiB at most; the cost beyond that is one decoding. Any thread may call.

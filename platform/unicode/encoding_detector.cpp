@@ -9,6 +9,7 @@
 #include "platform/unicode/encoding_statistics.h"
 #include "platform/unicode/encoding_table.h"
 #include "platform/unicode/icu_converter.h"
+#include "platform/unicode/shift_sequences.h"
 
 namespace kelspar {
 
@@ -98,26 +99,32 @@ class Detector {
     return std::nullopt;
   }
 
-  // Wide text has its zero bytes at one side of the units: blanks and line ends at least.
+  // Wide text has its zero bytes at one side of the units: blanks and line ends at least. A few
+  // bytes tell nothing: "ab\0\0" is a text that was padded.
   [[nodiscard]] Found byZeros() const {
     const size_t looked = std::min(bytes_.size() & ~size_t{3}, size_t{4096});
-    if (looked < 4 || !std::memchr(bytes_.data(), 0, looked)) return std::nullopt;
-    size_t zeros[4] = {};
-    for (size_t i = 0; i < looked; ++i) zeros[i % 4] += bytes_[i] == 0;
+    if (looked < 8 || !std::memchr(bytes_.data(), 0, looked)) return std::nullopt;
+    size_t zeros[4] = {}, low[4] = {};
+    for (size_t i = 0; i < looked; ++i) {
+      zeros[i % 4] += bytes_[i] == 0;
+      low[i % 4] += static_cast<uint8_t>(bytes_[i]) < 0x20;
+    }
     const size_t quarter = looked / 4;
-    if (zeros[0] == quarter && zeros[1] > quarter * 3 / 4 && zeros[3] == 0) {
-      if (auto found = decode(NSUTF32BigEndianStringEncoding)) return found;
-    }
-    if (zeros[3] == quarter && zeros[2] > quarter * 3 / 4 && zeros[0] == 0) {
-      if (auto found = decode(NSUTF32LittleEndianStringEncoding)) return found;
-    }
-    const size_t even = zeros[0] + zeros[2], odd = zeros[1] + zeros[3];
     // Text that is valid UTF-8 with zero bytes in it must look wide throughout to be taken so.
     const bool couldBeUTF8 = static_cast<bool>(NSString::fromUTF8(bytes_));
+    const size_t leastLow = couldBeUTF8 ? (quarter + 1) / 2 : 0;
+    Found found;
+    if (zeros[0] == quarter && zeros[1] > quarter * 3 / 4 && zeros[3] == 0 && low[2] >= leastLow) {
+      found = decode(NSUTF32BigEndianStringEncoding);
+    }
+    if (zeros[3] == quarter && zeros[2] > quarter * 3 / 4 && zeros[0] == 0 && low[1] >= leastLow) {
+      found = decode(NSUTF32LittleEndianStringEncoding);
+    }
+    if (found) return isPlausible(found->text) ? found : std::nullopt;
+    const size_t even = zeros[0] + zeros[2], odd = zeros[1] + zeros[3];
     const size_t least = couldBeUTF8 ? std::max<size_t>(4, looked * 2 / 5) : looked / 64 + 2;
     const bool isBig = even >= least && odd * 20 <= even;
     const bool isLittle = odd >= least && even * 20 <= odd;
-    Found found;
     if (isBig) found = decode(NSUTF16BigEndianStringEncoding);
     if (isLittle) found = decode(NSUTF16LittleEndianStringEncoding);
     return found && isPlausible(found->text) ? found : std::nullopt;
@@ -139,20 +146,13 @@ class Detector {
     const auto has = [this](std::string_view sequence) {
       return bytes_.find(sequence) != bytes_.npos;
     };
+    if (isWholeHZ(bytes_)) return decode(kHZ);
+    if (!isWholeISO2022(bytes_)) return std::nullopt;
+    if (has("\x1B$)C")) return decode(kISO2022KR);
     Found found;
-    if (has("\x1B$)C")) found = decode(kISO2022KR);
-    if (!found && (has("\x1B$)A") || has("\x1B$)G") || has("\x1B$*H"))) found = decode(kISO2022CN);
-    if (!found && (has("\x1B$") || has("\x1B(J") || has("\x1B(I"))) {
-      found = decode(NSISO2022JPStringEncoding);
-      if (!found) found = decode(kISO2022JP2);
-    }
-    if (!found && has("~{") && has("~}")) {
-      found = decode(kHZ);
-      const bool isChinese = found && std::ranges::any_of(found->text.view(), [](char16_t unit) {
-                               return unit >= 0x4E00 && unit < 0xA000;
-                             });
-      if (!isChinese) found = std::nullopt;
-    }
+    if (has("\x1B$)A") || has("\x1B$)G") || has("\x1B$*H")) found = decode(kISO2022CN);
+    if (!found) found = decode(NSISO2022JPStringEncoding);
+    if (!found) found = decode(kISO2022JP2);
     return found;
   }
 
