@@ -54,25 +54,37 @@ struct Parameter {
   std::string name, value;
 };
 
+bool isAllBlank(std::string_view text) { return std::ranges::all_of(text, isBlank); }
+
+// Costs what it takes off, and a move when that is at the front.
+void trim(std::string* text) {
+  while (!text->empty() && isBlank(text->back())) text->pop_back();
+  if (!text->empty() && isBlank(text->front())) *text = trimmed(*text);
+}
+
 Parameter readParameter(std::string_view text, size_t* at) {
   Parameter parameter;
   std::string* part = &parameter.name;
   std::string ignored;
-  bool quoted = false;
+  bool quoted = false, onlyBlanks = true;  // onlyBlanks: *part so far
   while (*at < text.size() && text[*at] != ';') {
     const char c = text[*at];
     if (c == '"') {
-      *part = trimmed(*part);
+      trim(part);
+      const size_t before = part->size();
       *at = readQuoted(text, *at, part);
       quoted = part == &parameter.value;
-    } else if (c == '(' && trimmed(*part).empty()) {
+      onlyBlanks &= isAllBlank(std::string_view(*part).substr(before));
+    } else if (c == '(' && onlyBlanks) {
       *at = readComment(text, *at, &ignored);
     } else {
       ++*at;
       if (c == '=' && part == &parameter.name) {
         part = &parameter.value;
+        onlyBlanks = true;
       } else if (!quoted || !isBlank(c)) {
         *part += c;
+        onlyBlanks &= isBlank(c);
       }
     }
   }
@@ -149,6 +161,14 @@ struct Pending {
   std::string display, comment, address;
   bool hasAngle = false;
 
+  // Whether the colon that comes next ends a group's name: no address stands before it.
+  bool isGroupName() {
+    const std::string_view rest = std::string_view(display).substr(lookedAt_);
+    hasAt_ |= rest.find('@') != rest.npos;
+    lookedAt_ = display.size();
+    return !hasAt_;
+  }
+
   void flush(std::vector<id>* list) {
     std::string_view words = trimmed(display);
     std::string name, mailbox;
@@ -167,6 +187,10 @@ struct Pending {
     }
     *this = Pending();
   }
+
+ private:
+  size_t lookedAt_ = 0;
+  bool hasAt_ = false;
 };
 
 size_t readAngle(std::string_view text, size_t at, std::string* address) {
@@ -240,7 +264,7 @@ NSArray MailKelspar::addressesFromHeader(const NSData& header) {
     } else if (c == ',' || c == ';') {
       pending.flush(&list);
       ++at;
-    } else if (c == ':' && pending.display.find('@') == std::string::npos) {
+    } else if (c == ':' && pending.isGroupName()) {
       pending = Pending();  // it was a group's name
       ++at;
     } else if (const auto word = words.at(at); word.length > 0) {

@@ -75,6 +75,29 @@ constexpr AddressRow kAddresses[] = {
 INSTANTIATE_TEST_SUITE_P(MailKelspar, Addresses, testing::ValuesIn(kAddresses),
                          [](const auto& row) { return std::string(row.param.name); });
 
+std::string repeated(std::string_view piece, size_t times) {
+  std::string text;
+  for (size_t i = 0; i < times; ++i) text += piece;
+  return text;
+}
+
+// Each would take an hour if every piece walked over what was gathered before it.
+TEST(Parameters, ManyCommentsOrQuotes) {
+  const auto value = [](const std::string& header) {
+    return MailKelspar::parametersOfHeader(NSData(header)).objectForKey<NSString>(u"x");
+  };
+  EXPECT_EQ(value("a/b;x=" + repeated(" ()", 2'000'000) + "1"), NSString(u"1"));
+  EXPECT_EQ(value("a/b;x=" + repeated(" (", 2'000'000)), NSString(u""));
+  EXPECT_EQ(value("a/b;x=1" + repeated(" ()", 1000)).length(), 3001u);
+  EXPECT_EQ(value("a/b;x=" + repeated("\"ab\" ", 3'000'000)).length(), 6'000'000u);
+  EXPECT_EQ(value("a/b;x=" + repeated("\"\" ()", 2'000'000)), NSString(u""));
+}
+
+TEST(Addresses, ManyColons) {
+  const std::string header = std::string(3'000'000, 'a') + "@b" + std::string(3'000'000, ':');
+  EXPECT_EQ(MailKelspar::addressesFromHeader(NSData(header)).count(), 1u);
+}
+
 TEST(ContentIdentifiers, AreBare) {
   for (const char16_t* value : {u"a@b", u"<a@b>", u"cid:a@b", u"CID:a%40b", u" <a@b> "}) {
     EXPECT_EQ(MailKelspar::bareContentIdentifier(value), NSString(u"a@b")) << NSString(value);
