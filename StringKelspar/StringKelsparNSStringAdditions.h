@@ -2,8 +2,8 @@
 //
 // The receiver comes first. Positions and lengths count UTF-16 code units, and units are compared
 // one by one unless case is ignored (full Unicode case folding then). What finds nothing to do
-// gives the receiver itself back. A missing receiver gives nil or false, but for the escaping of
-// From lines. All are linear in their input and may run on any thread.
+// gives the receiver itself back. A missing receiver gives nil or false where nothing else is said.
+// All are linear in their input and may run on any thread.
 #pragma once
 
 #include "platform/foundation/foundation.h"
@@ -17,7 +17,8 @@ namespace kelspar::StringKelsparNSStringAdditions {
 // Without the U+0000 units at the end.
 [[nodiscard]] NSString trimTrailingNulls(const NSString& receiver);
 
-// From the first unit on that is not in the set; empty when there is none.
+// From the first unit on that is not in the set; empty when there is none. A missing receiver
+// counts as empty here and in the next.
 [[nodiscard]] NSString stringByTrimmingLeadingCharactersInSet(const NSString& receiver,
                                                               const NSCharacterSet& set);
 // Between the first and the last unit that are not in the set.
@@ -53,7 +54,8 @@ namespace kelspar::StringKelsparNSStringAdditions {
     const NSString& receiver, const NSString& characters, const NSString& replacement);
 
 // Every element replaced in turn, exactly; a later one sees what an earlier one produced. Empty
-// strings are passed over, elements that are no strings are logged and passed over.
+// strings are passed over, elements that are no strings are logged and passed over. Each element
+// costs a search of the text as it then is.
 //
 //   stringByReplacingOccurrencesOfStringsInArray(u"cid:{a}", {u"cid:"_ns, u"{"_ns, u"}"_ns}, u"")
 //       // "a"

@@ -21,12 +21,12 @@ NSString stringByTrimmingLeadingCharactersInSet(const NSString& receiver,
   const auto text = receiver.view();
   size_t from = 0;
   while (from < text.size() && set.contains(text[from])) ++from;
-  return receiver ? receiver.substring(from) : nil;
+  return receiver ? receiver.substring(from) : u""_ns;
 }
 
 NSString stringByTrimmingLeadingAndTrailingCharactersInSet(const NSString& receiver,
                                                            const NSCharacterSet& set) {
-  return stringByTrimming(receiver, set);
+  return receiver ? stringByTrimming(receiver, set) : u""_ns;
 }
 
 NSString removeTrailingString(const NSString& receiver, const NSString& string) {
@@ -159,7 +159,9 @@ NSString stringByReplacingOccurrencesOfStringsInArray(const NSString& receiver,
       NSLog(u"Warning: Non-string object encountered in array: %@", element);
       continue;
     }
-    result = replaceAll(result, element.as<NSString>(), replacement);
+    const auto target = element.as<NSString>();
+    if (target.view() == replacement.view()) continue;
+    result = replaceAll(result, target, replacement);
   }
   return result;
 }

@@ -22,6 +22,13 @@ TEST(Trimming, LeadingAndBoth) {
   EXPECT_TRUE(stringByTrimmingLeadingCharactersInSet(clean, nil).isIdenticalTo(clean));
 }
 
+TEST(Trimming, MissingReceiversCountAsEmpty) {
+  for (const NSCharacterSet& set : {NSCharacterSet::whitespace(), NSCharacterSet()}) {
+    EXPECT_EQ(stringByTrimmingLeadingCharactersInSet(nil, set), NSString(u""));
+    EXPECT_EQ(stringByTrimmingLeadingAndTrailingCharactersInSet(nil, set), NSString(u""));
+  }
+}
+
 TEST(Trimming, RemovesStringsAtTheEnds) {
   EXPECT_EQ(removeTrailingString(u"a.txt.txt", u".txt"), NSString(u"a.txt"));
   EXPECT_EQ(removeLeadingString(u"Re: Re: a", u"Re: "), NSString(u"Re: a"));
@@ -99,6 +106,16 @@ TEST(Replacing, StringsInTurn) {
   EXPECT_TRUE(
       stringByReplacingOccurrencesOfStringsInArray(text, list({u"x"}), u"y").isIdenticalTo(text));
   EXPECT_TRUE(stringByReplacingOccurrencesOfStringsInArray(text, nil, u"y").isIdenticalTo(text));
+}
+
+// Hours if the text were written anew for each.
+TEST(Replacing, StringsByThemselvesCostNothing) {
+  const NSString text(std::u16string(1'000'000, u'a'));
+  const NSArray strings(std::vector<id>(100'000, u"a"_ns));
+  EXPECT_TRUE(
+      stringByReplacingOccurrencesOfStringsInArray(text, strings, u"a").isIdenticalTo(text));
+  EXPECT_EQ(stringByReplacingOccurrencesOfStringsInArray(u"aA", list({u"a", u"A"}), u"a"),
+            NSString(u"aa"));
 }
 
 TEST(Replacing, LogsWhatIsNoString) {
