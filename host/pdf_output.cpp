@@ -77,11 +77,13 @@ std::string pdfOf(const NSAttributedString& text, const NSString& title,
   if (text.length() == 0) throw Failure(kInputFailed, name + ": has no text for a page");
   std::string document;
   const PDFPaper paper = paperOf(options).value_or(PDFPaper());
-  writePDF(text, {.keepsLinesWhole = !options.cutPages, .paper = paper, .title = title},
-           [&document](std::string_view piece) {
-             document.append(piece);
-             return true;
-           });
+  const PDFReport report =
+      writePDF(text, {.keepsLinesWhole = !options.cutPages, .paper = paper, .title = title},
+               [&document](std::string_view piece) {
+                 document.append(piece);
+                 return true;
+               });
+  if (report.hasNoFonts) throw Failure(kInputFailed, name + ": needs fonts, and none is installed");
   return document;
 }
 

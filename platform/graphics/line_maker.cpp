@@ -173,9 +173,9 @@ void LineMaker::takeGlyphs(PangoGlyphItem* item, const PangoText& text, Place pl
   run.isBackward = item->item->analysis.level % 2 == 1;
   run.kind = a.isMissing ? GlyphKind::missing : a.isPicture ? GlyphKind::picture : GlyphKind::text;
   run.text = text.utf8().substr(a.byte, b.byte + b.bytes - a.byte);
+  const double left = edges_[static_cast<size_t>(from)];
+  run.width = edges_[static_cast<size_t>(to)] - left;
   if (a.isMissing) {
-    const double left = edges_[static_cast<size_t>(from)];
-    run.width = edges_[static_cast<size_t>(to)] - left;
     run.glyphs.push_back({infos[from].glyph & ~PANGO_GLYPH_UNKNOWN_FLAG, left, place.y});
     return;
   }

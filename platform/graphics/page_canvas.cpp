@@ -19,6 +19,7 @@ namespace kelspar {
 
 namespace {
 
+constexpr double kPlainSize = 6;
 constexpr auto kForwards = static_cast<cairo_text_cluster_flags_t>(0);
 
 static_assert(sizeof(PageGlyph) == sizeof(cairo_glyph_t));
@@ -32,7 +33,10 @@ cairo_status_t writePiece(void* closure, const unsigned char* bytes, unsigned in
 
 std::string creationDate() {
   const char* epoch = std::getenv("SOURCE_DATE_EPOCH");
-  const std::time_t now = epoch ? std::strtoll(epoch, nullptr, 10) : std::time(nullptr);
+  char* end = nullptr;
+  const long long stated = epoch ? std::strtoll(epoch, &end, 10) : 0;
+  const bool isStated = epoch && end != epoch && *end == 0;
+  const std::time_t now = isStated ? stated : std::time(nullptr);
   std::tm parts{};
   char text[32] = "";
   if (gmtime_r(&now, &parts)) std::strftime(text, sizeof text, "%Y-%m-%dT%H:%M:%SZ", &parts);
@@ -87,14 +91,19 @@ PageCanvas::PageCanvas(const PDFPaper& paper, const std::string& title, bool has
   // Links outside a document's structure would refer to one that Cairo never writes.
   if (hasLinks_) cairo_tag_begin(cairo_, "Document", nullptr);
   cairo_select_font_face(cairo_, "sans-serif", CAIRO_FONT_SLANT_NORMAL, CAIRO_FONT_WEIGHT_NORMAL);
-  cairo_set_font_size(cairo_, 6);
+  cairo_set_font_size(cairo_, kPlainSize);
   plainFont_ = cairo_scaled_font_reference(cairo_get_scaled_font(cairo_));
-  cairo_glyph_t* bar = nullptr;
+  cairo_glyph_t* dash = nullptr;
   int count = 0;
-  cairo_scaled_font_text_to_glyphs(plainFont_, 0, 0, "|", 1, &bar, &count, nullptr, nullptr,
+  cairo_scaled_font_text_to_glyphs(plainFont_, 0, 0, "\u2014", -1, &dash, &count, nullptr, nullptr,
                                    nullptr);
-  bar_ = count == 1 ? bar->index : 0;
-  cairo_glyph_free(bar);
+  if (count == 1) {
+    cairo_text_extents_t extents;
+    cairo_scaled_font_glyph_extents(plainFont_, dash, 1, &extents);
+    dash_ = {dash->index, extents.x_advance / kPlainSize};
+  }
+  cairo_glyph_free(dash);
+  boxes_.emplace(plainFont_);
   cairo_translate(cairo_, paper.left, paper.top);
   cairo_scale(cairo_, paper.scale, paper.scale);
 }
@@ -116,6 +125,7 @@ void PageCanvas::turnPage(bool isLast) {
   showGathered();
   painted_.clear();
   const FontLock lock;
+  boxes_->draw(cairo_);
   if (isLast && hasLinks_) cairo_tag_end(cairo_, "Document");
   cairo_show_page(cairo_);
 }
@@ -147,10 +157,16 @@ void PageCanvas::fill(const Fill& area, double y, double pageHeight) {
 void PageCanvas::show(const GlyphRun& run, double y, bool asText) {
   if (run.glyphs.empty()) return;
   if (run.kind == GlyphKind::text && asText && !run.isBackward) return gather(run, y);
-  showGathered();
-  const FontLock lock;
   moved_ = run.glyphs;
   for (PageGlyph& glyph : moved_) glyph.y += y;
+  if (run.kind == GlyphKind::missing) {
+    const FontLock lock;
+    boxes_->add(cairo_, run, moved_[0]);
+    if (asText) hide(run, moved_[0]);
+    return;
+  }
+  showGathered();
+  const FontLock lock;
   setColor(run.color);
   cairo_set_scaled_font(cairo_, run.font->scaled);
   const int count = static_cast<int>(moved_.size());
@@ -168,12 +184,12 @@ void PageCanvas::show(const GlyphRun& run, double y, bool asText) {
     return;
   }
   if (run.kind == GlyphKind::picture) showBitmap(run);
-  if (run.kind == GlyphKind::missing) showBox(run, moved_[0]);
-  if (asText) hide(run.text, moved_[0].x, moved_[0].y);
+  if (asText) hide(run, moved_[0]);
 }
 
 // Calls cost more than glyphs: runs of one font and colour go together, over lines as well.
 void PageCanvas::gather(const GlyphRun& run, double y) {
+  showHidden();
   if (gathered_.font != run.font || gathered_.color != run.color) {
     showGathered();
     gathered_.font = run.font;
@@ -186,30 +202,49 @@ void PageCanvas::gather(const GlyphRun& run, double y) {
   gathered_.text += run.text;
 }
 
+// One of the two is empty: text stands in its order.
 void PageCanvas::showGathered() {
+  showHidden();
   if (gathered_.glyphs.empty()) return;
   const FontLock lock;
   setColor(gathered_.color);
   cairo_set_scaled_font(cairo_, gathered_.font->scaled);
-  cairo_show_text_glyphs(cairo_, gathered_.text.data(), static_cast<int>(gathered_.text.size()),
-                         cairoGlyphs(gathered_.glyphs), static_cast<int>(gathered_.glyphs.size()),
-                         reinterpret_cast<const cairo_text_cluster_t*>(gathered_.clusters.data()),
-                         static_cast<int>(gathered_.clusters.size()), kForwards);
-  gathered_.glyphs.clear();
-  gathered_.clusters.clear();
-  gathered_.text.clear();
+  showText(gathered_);
 }
 
 // As text only. Cairo leaves out blanks near the page's edges together with their text, and what
-// has no opacity at all: a bar with the least that it draws stands for the text.
-void PageCanvas::hide(std::string_view text, double x, double y) {
+// has no opacity at all: a dash with the least that it draws stands for the text, as wide as what
+// is seen, so that whoever reads it finds no blanks between neighbours.
+void PageCanvas::hide(const GlyphRun& run, const PageGlyph& place) {
+  constexpr double kSameSize = 0.01;
+  const double size = bounded(run.width / std::max(dash_.width, 0.1), 1, 1'000);
+  if (std::abs(size - hiddenSize_) > kSameSize || !gathered_.glyphs.empty()) {
+    showGathered();
+    hiddenSize_ = size;
+  }
+  hidden_.glyphs.push_back({dash_.index, place.x, place.y});
+  hidden_.clusters.push_back({static_cast<int>(run.text.size()), 1});
+  hidden_.text += run.text;
+}
+
+void PageCanvas::showHidden() {
+  if (hidden_.glyphs.empty()) return;
   constexpr double kFaint = 1.0 / 200;
-  const cairo_glyph_t glyph{bar_, x, y};
+  const FontLock lock;
   cairo_set_source_rgba(cairo_, 0.5, 0.5, 0.5, kFaint);
-  const cairo_text_cluster_t cluster{static_cast<int>(text.size()), 1};
   cairo_set_scaled_font(cairo_, plainFont_);
-  cairo_show_text_glyphs(cairo_, text.data(), static_cast<int>(text.size()), &glyph, 1, &cluster, 1,
-                         kForwards);
+  cairo_set_font_size(cairo_, hiddenSize_);
+  showText(hidden_);
+}
+
+void PageCanvas::showText(GlyphRun& run) {
+  cairo_show_text_glyphs(cairo_, run.text.data(), static_cast<int>(run.text.size()),
+                         cairoGlyphs(run.glyphs), static_cast<int>(run.glyphs.size()),
+                         reinterpret_cast<const cairo_text_cluster_t*>(run.clusters.data()),
+                         static_cast<int>(run.clusters.size()), kForwards);
+  run.glyphs.clear();
+  run.clusters.clear();
+  run.text.clear();
 }
 
 // Colour glyphs: Cairo would draw them as coarse as their size in points says.
@@ -238,27 +273,6 @@ void PageCanvas::showBitmap(const GlyphRun& run) {
   cairo_paint(cairo_);
   cairo_restore(cairo_);
   cairo_surface_destroy(bitmap);
-}
-
-// A frame around the code point, two rows of digits, as terminals and browsers draw it.
-void PageCanvas::showBox(const GlyphRun& run, const PageGlyph& place) {
-  const double height = run.font->ascent, inset = run.width * 0.08;
-  cairo_set_line_width(cairo_, std::max(0.2, height * 0.04));
-  cairo_rectangle(cairo_, place.x + inset, place.y - height, run.width - 2 * inset, height);
-  cairo_stroke(cairo_);
-  char digits[12];
-  std::snprintf(digits, sizeof digits, place.index > 0xFFFF ? "%06lX" : "%04lX", place.index);
-  const size_t columns = std::strlen(digits) / 2;
-  const double step = (run.width - 4 * inset) / static_cast<double>(columns);
-  cairo_set_scaled_font(cairo_, plainFont_);
-  cairo_set_font_size(cairo_, std::max(0.5, std::min(step * 1.7, height * 0.5)));
-  for (size_t i = 0; digits[i]; ++i) {
-    const char digit[2] = {digits[i], 0};
-    cairo_move_to(cairo_, place.x + 2 * inset + step * static_cast<double>(i % columns),
-                  place.y - height * (i < columns ? 0.55 : 0.1));
-    cairo_text_path(cairo_, digit);
-  }
-  cairo_fill(cairo_);
 }
 
 void PageCanvas::show(const Picture& picture, double y) {

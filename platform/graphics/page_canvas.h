@@ -2,9 +2,11 @@
 #pragma once
 
 #include <functional>
+#include <optional>
 #include <string>
 #include <string_view>
 
+#include "platform/graphics/missing_boxes.h"
 #include "platform/graphics/page_line.h"
 #include "platform/graphics/pdf_paper.h"
 #include "platform/graphics/picture_label.h"
@@ -36,8 +38,9 @@ class PageCanvas {
   void gather(const GlyphRun& run, double y);
   void showGathered();
   void showBitmap(const GlyphRun& run);
-  void showBox(const GlyphRun& run, const PageGlyph& place);
-  void hide(std::string_view text, double x, double y);
+  void showHidden();
+  void showText(GlyphRun& run);
+  void hide(const GlyphRun& run, const PageGlyph& place);
   void link(const LinkArea& area, double y, double height);
   void setColor(NSColor color);
 
@@ -48,10 +51,15 @@ class PageCanvas {
   std::vector<const cairo_surface_t*> painted_;  // on the page
   bool hasLinks_;
   cairo_scaled_font_t* plainFont_;
-  unsigned long bar_;
+  struct {
+    unsigned long index = 0;
+    double width = 1;  // in ems
+  } dash_;
+  std::optional<MissingBoxes> boxes_;  // of the page
   LabelWriter labels_;
   std::vector<PageGlyph> moved_;
-  GlyphRun gathered_;  // on the page, not drawn yet
+  GlyphRun gathered_, hidden_;  // on the page, not drawn yet
+  double hiddenSize_ = 0;
 };
 
 }  // namespace kelspar

@@ -58,7 +58,7 @@ struct GlyphRun {
   NSColor color;
   bool isBackward = false;
   GlyphKind kind = GlyphKind::text;
-  double width = 0;  // of a missing one's box
+  double width = 0;
   std::vector<PageGlyph> glyphs;
   std::vector<PageCluster> clusters;
   std::string text;

@@ -11,6 +11,8 @@ namespace kelspar {
 // A context on a font map of its own, in which a unit is a point. To be released by the caller.
 [[nodiscard]] PangoContext* newPointContext();
 
+[[nodiscard]] bool isAnyFontInstalled();
+
 // To be freed by the caller.
 [[nodiscard]] PangoFontDescription* fontDescription(const NSTextAttributes& look);
 

@@ -2,10 +2,15 @@
 // thread: a second one would wait for the fonts' lock, which costs more than it gains.
 #include "platform/graphics/pdf_pages.h"
 
-#include <algorithm>
+#include <unicode/uscript.h>
 
+#include <algorithm>
+#include <set>
+
+#include "platform/foundation/NSLog.h"
 #include "platform/foundation/scan.h"
 #include "platform/graphics/page_writer.h"
+#include "platform/graphics/pango_fonts.h"
 #include "platform/graphics/text_flow.h"
 
 namespace kelspar {
@@ -33,6 +38,42 @@ std::string titleFor(const NSAttributedString& text, const PDFOptions& options) 
   return NSString(std::move(clean)).utf8();
 }
 
+// What fonts there are not.
+class FontFaults {
+ public:
+  void look(const std::vector<PageLine>& lines) {
+    for (const PageLine& line : lines) {
+      for (const GlyphRun& run : line.glyphs) {
+        hasGlyphs_ = true;
+        if (run.kind == GlyphKind::missing) scripts_.insert(scriptOf(run.glyphs[0].index));
+      }
+    }
+  }
+  [[nodiscard]] PDFReport report() const {
+    PDFReport report;
+    report.hasNoFonts = !hasGlyphs_ && !isAnyFontInstalled();
+    for (const UScriptCode script : scripts_) {
+      report.scriptsWithoutFont.push_back(
+          script == USCRIPT_COMMON ? u"symbols"_ns
+                                   : NSString(std::string_view(uscript_getName(script))));
+    }
+    std::ranges::sort(report.scriptsWithoutFont, {}, &NSString::view);
+    return report;
+  }
+
+ private:
+  static UScriptCode scriptOf(unsigned long codePoint) {
+    UErrorCode status = U_ZERO_ERROR;
+    const UScriptCode script = uscript_getScript(static_cast<UChar32>(codePoint), &status);
+    const bool isNone =
+        U_FAILURE(status) || script == USCRIPT_INHERITED || script == USCRIPT_UNKNOWN;
+    return isNone ? USCRIPT_COMMON : script;
+  }
+
+  std::set<UScriptCode> scripts_;
+  bool hasGlyphs_ = false;
+};
+
 bool hasLinks(const NSAttributedString& text) {
   return std::ranges::any_of(
       text.runs(), [](const NSTextRun& run) { return static_cast<bool>(run.attributes->link); });
@@ -40,18 +81,25 @@ bool hasLinks(const NSAttributedString& text) {
 
 }  // namespace
 
-void writePDF(const NSAttributedString& text, const PDFOptions& options,
-              const std::function<bool(std::string_view)>& write) {
-  if (text.length() == 0) return;
+PDFReport writePDF(const NSAttributedString& text, const PDFOptions& options,
+                   const std::function<bool(std::string_view)>& write) {
+  if (text.length() == 0) return {};
+  FontFaults faults;
   PageWriter pages({.keepsLinesWhole = options.keepsLinesWhole,
                     .hasLinks = hasLinks(text),
                     .paper = options.paper,
                     .title = titleFor(text, options)},
                    write);
-  layOut(text, [&pages](std::vector<PageLine> lines, double y) {
+  layOut(text, [&pages, &faults](std::vector<PageLine> lines, double y) {
+    faults.look(lines);
     pages.add(std::move(lines), y);
     return !pages.isBroken();
   });
+  const PDFReport report = faults.report();
+  for (const NSString& script : report.scriptsWithoutFont) {
+    NSLog(u"Warning: no font has the letters of %@, boxes stand for them"_ns, script);
+  }
+  return report;
 }
 
 }  // namespace kelspar

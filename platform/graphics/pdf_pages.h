@@ -3,6 +3,7 @@
 
 #include <functional>
 #include <string_view>
+#include <vector>
 
 #include "platform/graphics/pdf_paper.h"
 #include "platform/richtext/NSAttributedString.h"
@@ -17,6 +18,13 @@ struct PDFOptions {
   NSString title;  // nil or empty: the text's first line that is not empty
 };
 
+struct PDFReport {
+  // English names of the scripts that no font here has letters for, each once, by name; "symbols"
+  // for what belongs to none. Boxes with code points stand for their characters. Each is logged.
+  std::vector<NSString> scriptsWithoutFont;
+  bool hasNoFonts = false;  // none at all is installed: pages without letters
+};
+
 // Lays `text` out on lines of 550 points, on pages of 715 points unless `paper` says otherwise.
 // `write` gets the document in pieces, page by page, and says whether it could take them; after a
 // "no" nothing more comes. A text that is not empty has a page at least. The creation date is
@@ -25,7 +33,7 @@ struct PDFOptions {
 //
 // Extracted from the pages, the text comes in order and once: of a line that is drawn on two pages,
 // only the one with its baseline holds it as text.
-void writePDF(const NSAttributedString& text, const PDFOptions& options,
-              const std::function<bool(std::string_view)>& write);
+PDFReport writePDF(const NSAttributedString& text, const PDFOptions& options,
+                   const std::function<bool(std::string_view)>& write);
 
 }  // namespace kelspar

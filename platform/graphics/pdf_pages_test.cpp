@@ -52,8 +52,9 @@ TEST(PDFPages, TheTextComesBack) {
       {"Controls",
        u"a\tb\x01"
        u"c"},
-      {"NoFont", u"a\U0001F984\uE123\U000F1234z"},
-      {"NoFontAtTheEdge", u"\uE123\uE124\n\uE124\uE123\n\U0001F984\U0001F600\n\uE123"},
+      {"NoFont", u"a\U0001F984\U0010F123\U000F1234z"},
+      {"NoFontAtTheEdge",
+       u"\U0010F123\U0010F124\n\U0010F124\U0010F123\n\U0001F984\U0001F600\n\U0010F123"},
   };
   for (const auto& row : kRows) {
     NSTextAttributes look;
@@ -98,6 +99,38 @@ TEST(PDFPages, ACutLineIsTextOnce) {
     for (const auto& word : file.words())
       EXPECT_LE(word.bottom, keeps ? 715.0 : 718.0) << word.text;
   }
+}
+
+// No font has private characters: boxes stand for them, and the text is theirs.
+TEST(PDFPages, CharactersWithoutAFontStayText) {
+  const NSAttributedString mixed(u"ab\U0010F123\U0010F124cd \U000F0001\U0010F125.",
+                                 NSTextAttributes());
+  const PDFFile file(mixed);
+  EXPECT_EQ(file.letters(), "ab\U0010F123\U0010F124cd\U000F0001\U0010F125.");
+  EXPECT_EQ(file.word("\U0010F123\U0010F124").page, 1) << "no blank between them";
+  EXPECT_TRUE(file.isSound());
+  std::u16string many;
+  for (int i = 0; i < 10'000; ++i) many += u"\U0010F123";
+  size_t bytes = 0;
+  writePDF(NSAttributedString(NSString(many), NSTextAttributes()), {},
+           [&bytes](std::string_view piece) {
+             bytes += piece.size();
+             return true;
+           });
+  EXPECT_LT(bytes, 500'000u) << "boxes of a page are drawn together";
+}
+
+TEST(PDFPages, ScriptsWithoutAFontAreTold) {
+  const auto scriptsOf = [](std::u16string_view units) {
+    return writePDF(NSAttributedString(NSString(units), NSTextAttributes()), {},
+                    [](std::string_view) { return true; })
+        .scriptsWithoutFont;
+  };
+  EXPECT_EQ(scriptsOf(u"plain"), std::vector<NSString>{});
+  EXPECT_EQ(scriptsOf(u"a\U0010F123b\U0010F124"), (std::vector<NSString>{u"symbols"}));
+  // Hardly a machine has fonts for both.
+  EXPECT_EQ(scriptsOf(u"\U00016B6A \U0010F123 \U00011F04 \U00011F05"),
+            (std::vector<NSString>{u"Kawi", u"Pahawh_Hmong", u"symbols"}));
 }
 
 TEST(PDFPages, ALineHigherThanAPageIsCutAnyhow) {

@@ -115,6 +115,16 @@ PangoContext* newPointContext() {
   return context;
 }
 
+// Families are listed even then: the generic ones.
+bool isAnyFontInstalled() {
+  const FontLock lock;
+  const std::unique_ptr<PangoContext, Release> context(newPointContext());
+  PangoFontDescription* const plain = fontDescription({});
+  const std::unique_ptr<PangoFont, Release> font(pango_context_load_font(context.get(), plain));
+  pango_font_description_free(plain);
+  return font != nullptr;
+}
+
 PangoFontDescription* fontDescription(const NSTextAttributes& look) {
   constexpr double kLargest = 10'000, kRaised = 0.6;
   PangoFontDescription* font = pango_font_description_new();
