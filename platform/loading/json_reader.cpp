@@ -1,57 +1,59 @@
 // Values out of the JSON library's events: no tree of its own is built.
 #include "platform/loading/json_reader.h"
 
-#include <charconv>
+#include <algorithm>
 #include <nlohmann/json.hpp>
 #include <vector>
 
-#include "platform/foundation/utf8.h"
+#include "platform/foundation/hex.h"
 
 namespace kelspar {
 
 namespace {
 
-// The library takes an escape of a lone surrogate for an error. Such escapes are replaced by a
-// private-use character that the text does not hold otherwise, followed by the four digits.
-constexpr char32_t kLoneMark = 0x10FFFD;
-
-bool isHexDigit(char c) {
-  return (c >= '0' && c <= '9') || ((c | 0x20) >= 'a' && (c | 0x20) <= 'f');
-}
+// The library takes an escape of a lone surrogate for an error. In a text with such escapes each of
+// them is replaced by a private-use character, the mark, and its four digits; a mark that the text
+// itself holds, raw or escaped, counts as two lone surrogates.
+constexpr std::string_view kMark = "\xF4\x8F\xBF\xBD";  // U+10FFFD
+constexpr char16_t kMarkUnits[] = {0xDBFF, 0xDFFD};
 
 // The unit that the escape at `at` ("\uXXXX") stands for, or -1 when there is none.
 int escapedUnit(std::string_view text, size_t at) {
   if (at + 6 > text.size() || text[at] != '\\' || text[at + 1] != 'u') return -1;
-  int unit = 0;
-  for (size_t i = at + 2; i < at + 6; ++i) {
-    if (!isHexDigit(text[i])) return -1;
-  }
-  std::from_chars(text.data() + at + 2, text.data() + at + 6, unit, 16);
-  return unit;
+  const int high = hexByte(text.data() + at + 2), low = hexByte(text.data() + at + 4);
+  return high < 0 || low < 0 ? -1 : high << 8 | low;
 }
 
-// The text with its lone surrogate escapes marked; false when there are none, or when the mark is
-// in the text already.
+// A stretch without escapes.
+void appendMarkingMarks(std::string_view stretch, std::string* marked) {
+  for (size_t at; (at = stretch.find(kMark)) != stretch.npos;) {
+    marked->append(stretch.substr(0, at)).append(kMark).append("dbff").append(kMark).append("dffd");
+    stretch.remove_prefix(at + kMark.size());
+  }
+  marked->append(stretch);
+}
+
+// The text with its lone surrogate escapes marked; false when there are none.
 bool markLoneSurrogates(std::string_view text, std::string* marked) {
-  std::string mark;
-  utf8::appendCodePoint(kLoneMark, &mark);
   if (text.find("\\ud") == text.npos && text.find("\\uD") == text.npos) return false;
-  if (text.find(mark) != text.npos) return false;
   bool found = false;
   for (size_t at = 0; at < text.size();) {
     if (text[at] != '\\') {
       const size_t next = std::min(text.find('\\', at), text.size());
-      marked->append(text.substr(at, next - at));
+      appendMarkingMarks(text.substr(at, next - at), marked);
       at = next;
       continue;
     }
     const int unit = escapedUnit(text, at);
     const int next = unit >= 0xD800 && unit < 0xDC00 ? escapedUnit(text, at + 6) : -1;
-    if (next >= 0xDC00 && next < 0xE000) {
+    if (unit == kMarkUnits[0] && next == kMarkUnits[1]) {
+      appendMarkingMarks(kMark, marked);
+      at += 12;
+    } else if (next >= 0xDC00 && next < 0xE000) {
       marked->append(text.substr(at, 12));
       at += 12;
     } else if (unit >= 0xD800 && unit < 0xE000) {
-      marked->append(mark).append(text.substr(at + 2, 4));
+      marked->append(kMark).append(text.substr(at + 2, 4));
       at += 6;
       found = true;
     } else {
@@ -64,14 +66,13 @@ bool markLoneSurrogates(std::string_view text, std::string* marked) {
 
 NSString unmarked(const std::string& utf8) {
   const NSString text = NSString::fromUTF8(utf8);
-  constexpr char16_t kMark[] = {0xDBFF, 0xDFFD, 0};
   const auto units = text.view();
   std::u16string result;
   size_t from = 0;
-  for (size_t at; (at = units.find(kMark, from)) != units.npos; from = at + 6) {
+  for (size_t at; (at = units.find({kMarkUnits, 2}, from)) != units.npos; from = at + 6) {
+    const char16_t* const digits = units.data() + at + 2;  // four: nothing but marking makes marks
     result.append(units.substr(from, at - from));
-    const NSString digits = text.substring(at + 2, 4);
-    result.push_back(static_cast<char16_t>(std::stoi(digits.utf8(), nullptr, 16)));
+    result.push_back(static_cast<char16_t>(hexByte(digits) << 8 | hexByte(digits + 2)));
   }
   return NSString(std::move(result.append(units.substr(from))));
 }

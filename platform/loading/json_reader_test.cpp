@@ -38,7 +38,9 @@ TEST_P(JSONStrings, Give) {
 
 // Each surrogate as its own unit, as a compiler does not write them into literals.
 constexpr char16_t kHigh[] = {u'a', 0xD800, u'b'}, kLow[] = {0xDC00},
-                   kMixed[] = {0xD83D, 0xDE00, 0xD800};
+                   kMixed[] = {0xD83D, 0xDE00, 0xD800},
+                   kMark[] = {0xD800, 0xDBFF, 0xDFFD, u'z', 0xDFFD},
+                   kMarkOfDigits[] = {0xDFFD, 0xDBFF, 0xDFFD, u'd', u'8', u'0', u'0'};
 const Row kRows[] = {
     {"Plain", R"("abc")", u"abc"},
     {"Escapes", R"("\"\\\/\b\f\n\r\t\u00e9")", u"\"\\/\b\f\n\r\t\u00E9"},
@@ -46,6 +48,14 @@ const Row kRows[] = {
     {"LoneHigh", R"("a\ud800b")", {kHigh, 3}},
     {"LoneLow", R"("\uDC00")", {kLow, 1}},
     {"PairAndLone", R"("\ud83d\ude00\uD800")", {kMixed, 3}},
+    {"EscapedMarkAndLone", R"("\ud800\udbff\udffdz\uDFFD")", {kMark, 5}},
+    {"RawMarkAndLone", "\"\\ud800\xF4\x8F\xBF\xBDz\\uDFFD\"", {kMark, 5}},
+    {"EscapedMarkBeforeDigits", R"("\udffd\uDBFF\uDFFDd800")", {kMarkOfDigits, 7}},
+    {"RawMarkBeforeDigits",
+     "\"\\udffd\xF4\x8F\xBF\xBD"
+     "d800\"",
+     {kMarkOfDigits, 7}},
+    {"MarkAlone", "\"\xF4\x8F\xBF\xBD\\udbff\\udffd\"", u"\U0010FFFD\U0010FFFD"},
     {"EscapedBackslashIsNoEscape", R"("\\ud800")", u"\\ud800"},
     {"Nul", R"("a\u0000b")", {u"a\0b", 3}},
 };
@@ -63,6 +73,12 @@ INSTANTIATE_TEST_SUITE_P(JSONReader, NoJSON,
                          testing::Values("", " ", "{", "[1,]", "{\"a\"}", "nul", "1 2", "'a'",
                                          "\"\x01\"", "\"\xFF\"", "\"\xED\xA0\x80\"", "\"\\ud800",
                                          "\"\\u12\""));
+
+TEST(JSONReader, KeysKeepLoneSurrogatesToo) {
+  const auto value = parsed(R"({"\ud800\udbff\udffdzzzz":1})").as<NSDictionary>();
+  constexpr char16_t kKey[] = {0xD800, 0xDBFF, 0xDFFD, u'z', u'z', u'z', u'z'};
+  EXPECT_TRUE(value.objectForKey({kKey, 7}));
+}
 
 TEST(JSONReader, NestingIsBounded) {
   EXPECT_TRUE(parsed(std::string(512, '[') + std::string(512, ']')));
