@@ -12,6 +12,7 @@
 #include <cstring>
 #include <memory>
 #include <mutex>
+#include <new>
 #include <string>
 #include <thread>
 #include <utility>
@@ -36,8 +37,14 @@ class Output {
  public:
   explicit Output(int descriptor) : descriptor_(descriptor) {}
 
-  void writeLine(const std::string& line) {
+  void writeLine(const std::string& line) noexcept {
     std::unique_lock guard(lock_);
+    try {
+      waiting_.reserve(waiting_.size() + line.size() + 1);
+    } catch (const std::bad_alloc&) {
+      lost_ = true;
+      return;
+    }
     waiting_ += line;
     waiting_ += '\n';
     if (writing_) return;
@@ -54,11 +61,12 @@ class Output {
     idle_.notify_all();
   }
 
-  // Waits for the last line; false when the host no longer listens.
+  // Waits for the last line; false when the host no longer listens, or when memory did not suffice
+  // for a line.
   bool finish() {
     std::unique_lock guard(lock_);
     idle_.wait(guard, [this] { return !writing_; });
-    return !broken_;
+    return !broken_ && !lost_;
   }
 
   // Whether there is still somebody to answer.
@@ -87,7 +95,7 @@ class Output {
   std::mutex lock_;
   std::condition_variable idle_;
   std::string waiting_;
-  bool writing_ = false, broken_ = false;
+  bool writing_ = false, broken_ = false, lost_ = false;
 };
 
 // Counts what has been read and not yet been answered.
@@ -174,14 +182,16 @@ class Server {
   void accept(std::string line) {
     const size_t bytes = line.size();
     backlog_->enter(bytes);
-    dispatch::async(dispatch::Priority::standard,
-                    [line = std::move(line), bytes, output = output_, backlog = backlog_] {
-                      runtime::answerLine(line, [output, backlog](const std::string& answer) {
-                        if (!answer.empty()) output->writeLine(answer);
-                        backlog->answered();
-                      });
-                      backlog->leave(bytes);
-                    });
+    runtime::LineReply reply = [output = output_, backlog = backlog_](const std::string& answer) {
+      if (!answer.empty()) output->writeLine(answer);
+      backlog->answered();
+    };
+    dispatch::async(
+        dispatch::Priority::standard,
+        [line = std::move(line), bytes, reply = std::move(reply), backlog = backlog_]() mutable {
+          runtime::answerLine(line, std::move(reply));
+          backlog->leave(bytes);
+        });
   }
 
   std::shared_ptr<Output> output_;

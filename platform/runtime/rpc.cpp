@@ -4,6 +4,7 @@
 #include <atomic>
 #include <memory>
 #include <mutex>
+#include <new>
 
 #include "platform/loading/json_reader.h"
 #include "platform/runtime/Operations.h"
@@ -63,9 +64,77 @@ id catalogue() {
   return NSDictionary{{u"classes", std::move(classes).copy()}};
 }
 
+// Empty where there is no memory even for that.
+std::string answerWithoutMemory(const id& requestId) noexcept {
+  try {
+    return errorAnswer(requestId, CallError::raised, "NSMallocException: out of memory");
+  } catch (...) {
+    return {};
+  }
+}
+
+// The exception that is being handled, as an answer.
+std::string answerToException(const id& requestId) noexcept {
+  try {
+    try {
+      throw;
+    } catch (const CallError& error) {
+      return errorAnswer(requestId, error.code(), error.what());
+    } catch (const std::bad_alloc&) {
+      return answerWithoutMemory(requestId);
+    } catch (const std::exception& error) {
+      return errorAnswer(requestId, CallError::raised, error.what());
+    } catch (...) {
+      return errorAnswer(requestId, CallError::raised, "an exception of no known kind");
+    }
+  } catch (...) {
+    return answerWithoutMemory(requestId);
+  }
+}
+
+// Where the answer to a line or to a request of a batch goes: one, whatever happens on the way to
+// it. Operations that complete later hold on to it.
+class Place {
+ public:
+  explicit Place(LineReply reply) noexcept : reply_(std::move(reply)) {}
+
+  void take(std::string answer) noexcept {
+    if (!isTaken_.exchange(true)) reply_(isSilent ? std::string() : std::move(answer));
+  }
+  void takeResult(const Answer& answer) noexcept {
+    try {
+      take(resultAnswer(requestId, answer));
+    } catch (...) {
+      takeException();
+    }
+  }
+  void takeException() noexcept { take(answerToException(requestId)); }
+
+  id requestId;           // nil while it is not known
+  bool isSilent = false;  // a notification's
+
+ private:
+  LineReply reply_;
+  std::atomic<bool> isTaken_{false};
+};
+
+// Has `work` done on a place for its answer; what it throws is the answer.
+template <class Work>
+void answerBy(Work work, LineReply reply) noexcept {
+  std::shared_ptr<Place> place;
+  try {
+    place = std::make_shared<Place>(std::move(reply));  // moves nothing before it has the memory
+    work(place);
+  } catch (...) {
+    if (place) {
+      place->takeException();
+    } else {
+      reply(answerToException(nil));
+    }
+  }
+}
+
 struct Request {
-  id requestId;  // nil for a notification
-  bool isNotification = false;
   std::string method;
   NSDictionary params;
 };
@@ -111,15 +180,14 @@ Call readCall(const Request& request, const Operation& operation) {
 }
 
 // False for what is no request at all.
-bool readRequest(const id& json, Request* request) {
+bool readRequest(const id& json, Request* request, Place* place) {
   const auto fields = json.as<NSDictionary>();
   if (!fields) return false;
   const id requestId = fields.objectForKey(u"id");
-  request->isNotification = !requestId;
   const bool isNumber =
       requestId.is<NSNumber>() && requestId.as<NSNumber>().type() != NSNumber::Type::boolean;
-  if (requestId.is<NSString>() || isNumber) request->requestId = requestId;
-  const bool isValidId = !requestId || request->requestId || requestId.is<NSNull>();
+  if (requestId.is<NSString>() || isNumber) place->requestId = requestId;
+  const bool isValidId = !requestId || place->requestId || requestId.is<NSNull>();
   const auto method = fields.objectForKey<NSString>(u"method");
   if (!isValidId || !method || fields.objectForKey<NSString>(u"jsonrpc") != u"2.0"_ns) {
     return false;
@@ -128,81 +196,77 @@ bool readRequest(const id& json, Request* request) {
   const id params = fields.objectForKey(u"params");
   if (params && !params.is<NSDictionary>() && !params.is<NSArray>()) return false;
   request->params = params.as<NSDictionary>();
+  place->isSilent = !requestId;
   return true;
 }
 
-void answerRequest(const id& json, LineReply reply) {
+void answerRequest(const id& json, const std::shared_ptr<Place>& place) {
   Request request;
-  if (!readRequest(json, &request)) {
-    reply(errorAnswer(request.requestId, kInvalidRequest, "not a request"));
-    return;
-  }
-  const auto send = [reply, isSilent = request.isNotification](std::string answer) {
-    reply(isSilent ? std::string() : std::move(answer));
-  };
-  try {
-    if (request.method == "rpc.discover") {
-      send(resultAnswer(request.requestId, {.value = catalogue(), .out = {}, .receiver = nil}));
-      return;
-    }
+  if (!readRequest(json, &request, place.get())) {
+    place->take(errorAnswer(place->requestId, kInvalidRequest, "not a request"));
+  } else if (request.method == "rpc.discover") {
+    place->takeResult({.value = catalogue(), .out = {}, .receiver = nil});
+  } else {
     const Operation& operation = findOperation(request);
     operation.call(readCall(request, operation),
-                   [send, requestId = request.requestId](const Answer& answer) {
-                     send(resultAnswer(requestId, answer));
-                   });
-  } catch (const CallError& error) {
-    send(errorAnswer(request.requestId, error.code(), error.what()));
-  } catch (const std::exception& error) {
-    send(errorAnswer(request.requestId, CallError::raised, error.what()));
+                   [place](const Answer& answer) { place->takeResult(answer); });
   }
 }
 
 // The answers of a batch's requests, sent as one line when the last has come.
 class Batch {
  public:
-  Batch(size_t requests, LineReply reply) : left_(requests), reply_(std::move(reply)) {}
+  Batch(size_t requests, std::shared_ptr<Place> place)
+      : left_(requests), place_(std::move(place)) {}
 
-  void add(const std::string& answer) {
+  void add(const std::string& answer) noexcept {
     std::unique_lock guard(lock_);
-    if (!answer.empty()) {
-      line_ += line_.empty() ? '[' : ',';
-      line_ += answer;
+    try {
+      if (!answer.empty()) line_.append(line_.empty() ? "[" : ",").append(answer);
+      if (left_ == 1 && !line_.empty()) line_ += ']';
+    } catch (...) {
+      isWhole_ = false;
     }
     if (--left_ > 0) return;
-    if (!line_.empty()) line_ += ']';
     guard.unlock();
-    reply_(std::move(line_));
+    place_->take(isWhole_ ? std::move(line_) : answerWithoutMemory(nil));
   }
 
  private:
   std::mutex lock_;
   size_t left_;
   std::string line_;
-  LineReply reply_;
+  bool isWhole_ = true;
+  std::shared_ptr<Place> place_;
 };
+
+void answerBatch(const NSArray& requests, const std::shared_ptr<Place>& place) {
+  const auto batch = std::make_shared<Batch>(requests.count(), place);
+  for (const id& request : requests) {
+    answerBy([&](const auto& part) { answerRequest(request, part); },
+             [batch](const std::string& answer) { batch->add(answer); });
+  }
+}
+
+void answerText(std::string_view line, const std::shared_ptr<Place>& place) {
+  std::string error;
+  const id json = parseJSON(line, &error);
+  const auto requests = json.as<NSArray>();
+  if (!json) {
+    place->take(errorAnswer(nil, kParseError, error.empty() ? "not JSON" : error));
+  } else if (!requests) {
+    answerRequest(json, place);
+  } else if (requests.count() == 0) {
+    place->take(errorAnswer(nil, kInvalidRequest, "an empty batch"));
+  } else {
+    answerBatch(requests, place);
+  }
+}
 
 }  // namespace
 
-void answerLine(std::string_view line, LineReply reply) {
-  std::string error;
-  const id json = parseJSON(line, &error);
-  if (!json) {
-    reply(errorAnswer(nil, kParseError, error.empty() ? "not JSON" : error));
-    return;
-  }
-  const auto requests = json.as<NSArray>();
-  if (!requests) {
-    answerRequest(json, std::move(reply));
-    return;
-  }
-  if (requests.count() == 0) {
-    reply(errorAnswer(nil, kInvalidRequest, "an empty batch"));
-    return;
-  }
-  const auto batch = std::make_shared<Batch>(requests.count(), std::move(reply));
-  for (const id& request : requests) {
-    answerRequest(request, [batch](const std::string& answer) { batch->add(answer); });
-  }
+void answerLine(std::string_view line, LineReply reply) noexcept {
+  answerBy([line](const auto& place) { answerText(line, place); }, std::move(reply));
 }
 
 }  // namespace kelspar::runtime

@@ -8,10 +8,12 @@
 namespace kelspar::runtime {
 
 // Called once a line, with the answer without its line feed; empty when nothing is to be answered
-// (notifications).
+// (notifications). Must not throw. By the calling thread or, where an operation completes later, by
+// another one.
 using LineReply = std::function<void(std::string answer)>;
 
-// Runs what the line asks for and answers it. Nothing a line holds is ever thrown out of here.
-void answerLine(std::string_view line, LineReply reply);
+// Runs what the line asks for and answers it. Whatever goes wrong is an answer, too; without the
+// memory even for that it is empty.
+void answerLine(std::string_view line, LineReply reply) noexcept;
 
 }  // namespace kelspar::runtime

@@ -94,6 +94,10 @@ const Row kRows[] = {
     {"Batch", "[" + request(R"("id":1,)" + kGood) + "," + request(kGood) + "]",
      "[" + kGoodAnswer + "]"},
     {"BatchOfNotifications", "[" + request(kGood) + "]", ""},
+    {"EscapesOfEveryKind",
+     request(
+         R"("id":1,"method":"stringByStrippingHTML","params":{"receiver":"\ud800 \udbff\udffdzzzz"})"),
+     R"({"jsonrpc":"2.0","id":1,"result":{"value":""}})"},
     {"LoneSurrogateComesBack", request(R"("id":"\ud800",)" + kGood),
      R"({"jsonrpc":"2.0","id":"\ud800","result":{"value":"hi"}})"},
 };
