@@ -7,14 +7,18 @@
 #include <functional>
 #include <mutex>
 #include <optional>
+#include <system_error>
 #include <thread>
 #include <vector>
 
 namespace kelspar::host {
 
+// As many threads may be asked for.
+inline constexpr size_t kMostJobs = 256;
+
 // The number of threads for `--jobs N`: 0 stands for one a processor.
 [[nodiscard]] inline size_t jobsFor(size_t wanted) {
-  if (wanted > 0) return wanted;
+  if (wanted > 0) return std::min(wanted, kMostJobs);
   return std::max(1u, std::thread::hardware_concurrency());
 }
 
@@ -30,9 +34,15 @@ class Jobs {
   void run(size_t jobs, const Sink& sink) {
     mostItems_ = 4 * jobs;
     std::vector<std::jthread> threads;
-    threads.emplace_back([this] { feed(); });
-    for (size_t i = 0; i < jobs; ++i) threads.emplace_back([this] { serve(); });
     const Stop stop{*this};  // behind the threads: it comes before they are waited for
+    threads.reserve(jobs + 1);
+    threads.emplace_back([this] { feed(); });
+    threads.emplace_back([this] { serve(); });
+    try {
+      while (threads.size() <= jobs) threads.emplace_back([this] { serve(); });
+    } catch (const std::system_error&) {
+      // The system gives no more threads: those that there are do the work.
+    }
     while (std::optional<Result> result = nextResult()) sink(std::move(*result));
   }
 
@@ -119,7 +129,8 @@ class Jobs {
 // hands the results to `sink`, on the calling thread, in order, each as soon as it is there. At
 // most a few inputs a thread are on their way at a time, so memory is bounded however many there
 // are. `next` has a thread of its own; it and `work` must not throw. What `sink` throws ends the
-// whole, once `next` and what is being worked on have returned.
+// whole, once `next` and what is being worked on have returned. Where the system gives fewer
+// threads, these do; std::system_error where it does not even give two.
 template <class Input, class Result>
 void inOrder(size_t jobs, const std::function<std::optional<Input>()>& next,
              const std::function<Result(const Input&)>& work,

@@ -10,6 +10,7 @@
 #include "host/date.h"
 #include "host/files.h"
 #include "host/info.h"
+#include "host/jobs.h"
 #include "host/mime_texts.h"
 #include "host/stream.h"
 #include "host/terminal_text_field.h"
@@ -61,7 +62,8 @@ void addConvert(CLI::App& app, ConvertOptions& options, std::string& zone, int& 
   command->add_flag("--no-header", options.noHeader, "Leave out the header block above the body");
   command->add_option("--charset", options.charset, "Charset of bodies whose label lies");
   command->add_option("--timezone", zone, "Time zone of dates, such as Europe/Vienna");
-  command->add_option("--jobs", options.jobs, "Inputs at a time (0: one a processor)");
+  command->add_option("--jobs", options.jobs, "Inputs at a time (0: one a processor)")
+      ->check(CLI::Range(size_t{0}, kMostJobs));
   command->add_flag("--colours", options.colours,
                     "With --to rtf: show the colours of HTML spans by RTF's own means");
   const auto attachments = std::make_shared<std::vector<std::string>>();
@@ -103,7 +105,8 @@ void addStream(CLI::App& app, StreamOptions& options, int& status) {
       "stream", "Read one file name a line, write one JSON record a line, in order");
   command->add_flag("--base64", options.base64, "Lines are messages in base64, not file names");
   command->add_option("--charset", options.charset, "Charset of bodies whose label lies");
-  command->add_option("--jobs", options.jobs, "Messages at a time (0: one a processor)");
+  command->add_option("--jobs", options.jobs, "Messages at a time (0: one a processor)")
+      ->check(CLI::Range(size_t{0}, kMostJobs));
   command->callback([&options, &status] { status = stream(options); });
 }
 
