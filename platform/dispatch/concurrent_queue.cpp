@@ -5,6 +5,7 @@
 #include <condition_variable>
 #include <deque>
 #include <mutex>
+#include <system_error>
 #include <thread>
 
 #include "platform/dispatch/dispatch.h"
@@ -23,17 +24,17 @@ class Pool {
 
   void push(Priority priority, Job job) {
     const std::lock_guard guard(lock_);
-    waiting_[static_cast<size_t>(priority)].push_back(std::move(job));
+    auto& queue = waiting_[static_cast<size_t>(priority)];
+    queue.push_back(std::move(job));
     ++jobs_;
     // Idle threads that were woken for earlier jobs may not have taken them yet.
-    if (jobs_ <= idle_) {
-      wake_.notify_one();
-    } else if (threads_ < usual_) {
-      addThread();
-    } else if (!watching_) {
-      watching_ = true;
-      std::thread(&Pool::watch, this).detach();
-    }
+    if (jobs_ <= idle_) return wake_.notify_one();
+    if (threads_ < usual_ && addThread()) return;
+    if (!watching_) watching_ = start(&Pool::watch);
+    if (threads_ > 0 || watching_) return;
+    queue.pop_back();
+    --jobs_;
+    throw std::system_error(std::make_error_code(std::errc::resource_unavailable_try_again));
   }
 
  private:
@@ -41,10 +42,21 @@ class Pool {
   static constexpr std::chrono::milliseconds kPatience{5};
   static constexpr std::chrono::seconds kIdleLife{10};
 
-  // Under the lock, as all below that does not take it.
-  void addThread() {
-    ++threads_;
-    std::thread(&Pool::work, this).detach();
+  // False when the system gives no thread.
+  bool start(void (Pool::*loop)()) {
+    try {
+      std::thread(loop, this).detach();
+      return true;
+    } catch (const std::exception&) {
+      return false;
+    }
+  }
+
+  // Under the lock, as all below that does not take it. The thread begins with waiting for it.
+  bool addThread() {
+    const bool isThere = start(&Pool::work);
+    threads_ += isThere;
+    return isThere;
   }
 
   Job takeNext() {

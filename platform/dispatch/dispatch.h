@@ -17,9 +17,13 @@ enum class Priority : uint8_t { userInitiated, standard, utility, background };
 
 // Runs `job` on another thread, soon. Jobs may block: when none of the running ones has finished
 // for a few milliseconds, another thread takes the next waiting job (64 threads at most).
+//
+// A job must not throw. Where there is no thread and the system gives none, the job is dropped and
+// this throws std::system_error.
 void async(Priority priority, Job job);
 
-// Posts `job` to the main queue. Jobs run in the order in which they were posted.
+// Posts `job` to the main queue. Jobs run in the order in which they were posted; they must not
+// throw.
 void asyncMain(Job job);
 
 // Runs `job` on the main queue and returns when it has run. On the main thread it runs at once;

@@ -7,30 +7,67 @@
 #include <chrono>
 #include <latch>
 #include <numeric>
+#include <stdexcept>
+#include <system_error>
 #include <thread>
 #include <vector>
+
+#include "tests/without_threads.h"
 
 namespace kelspar::dispatch {
 namespace {
 
+// Whether it becomes true within a while.
+template <class Condition>
+bool comesTrue(Condition condition) {
+  const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(20);
+  while (!condition()) {
+    if (std::chrono::steady_clock::now() > end) return false;
+    std::this_thread::sleep_for(std::chrono::milliseconds(1));
+  }
+  return true;
+}
+
+// The first of the tests, as the pool keeps its threads for a while.
+TEST(ConcurrentQueue, SurvivesThatNoThreadCanBeMade) {
+  std::atomic<int> ran{0};
+  int taken = 0;
+  {
+    const WithoutThreads none;
+    for (int i = 0; i < 100; ++i) {
+      try {
+        async(Priority::standard, [&] { ++ran; });
+        ++taken;
+      } catch (const std::system_error&) {
+      }
+    }
+  }
+  async(Priority::background, [&] { ++ran; });
+  ++taken;
+  EXPECT_TRUE(comesTrue([&] { return ran == taken; })) << ran << " of " << taken;
+}
+
 TEST(ConcurrentQueue, RunsEveryJob) {
-  std::latch done(5000);
-  for (int i = 0; i < 5000; ++i) async(Priority::standard, [&] { done.count_down(); });
-  done.wait();
+  constexpr int kJobs = 5000;
+  std::atomic<int> done{0};
+  for (int i = 0; i < kJobs; ++i) async(Priority::standard, [&] { ++done; });
+  EXPECT_TRUE(comesTrue([&] { return done == kJobs; })) << done;
 }
 
 TEST(ConcurrentQueue, JobsThatBlockDoNotHoldUpTheRest) {
-  std::latch release(1), blocked(8), free(1);
-  for (int i = 0; i < 8; ++i) {
+  constexpr int kBlocking = 8;
+  std::latch release(1);
+  std::atomic<int> blocked{0}, freed{0};
+  for (int i = 0; i < kBlocking; ++i) {
     async(Priority::standard, [&] {
       release.wait();
-      blocked.count_down();
+      ++blocked;
     });
   }
-  async(Priority::background, [&] { free.count_down(); });
-  free.wait();  // although all usual threads wait
+  async(Priority::background, [&] { ++freed; });
+  EXPECT_TRUE(comesTrue([&] { return freed == 1; })) << "all usual threads wait";
   release.count_down();
-  blocked.wait();
+  EXPECT_TRUE(comesTrue([&] { return blocked == kBlocking; })) << blocked;
 }
 
 TEST(MainQueue, RunsInOrderOnTheMainThread) {

@@ -14,6 +14,7 @@
 #include <mutex>
 #include <new>
 #include <string>
+#include <system_error>
 #include <thread>
 #include <utility>
 
@@ -182,16 +183,25 @@ class Server {
   void accept(std::string line) {
     const size_t bytes = line.size();
     backlog_->enter(bytes);
-    runtime::LineReply reply = [output = output_, backlog = backlog_](const std::string& answer) {
+    struct Work {
+      std::string line;
+      runtime::LineReply reply;
+    };
+    const auto work = std::make_shared<Work>();
+    work->line = std::move(line);
+    work->reply = [output = output_, backlog = backlog_](const std::string& answer) {
       if (!answer.empty()) output->writeLine(answer);
       backlog->answered();
     };
-    dispatch::async(
-        dispatch::Priority::standard,
-        [line = std::move(line), bytes, reply = std::move(reply), backlog = backlog_]() mutable {
-          runtime::answerLine(line, std::move(reply));
-          backlog->leave(bytes);
-        });
+    const auto job = [work, bytes, backlog = backlog_] {
+      runtime::answerLine(work->line, std::move(work->reply));
+      backlog->leave(bytes);
+    };
+    try {
+      dispatch::async(dispatch::Priority::standard, job);
+    } catch (const std::system_error&) {
+      job();  // there is no other thread to be had
+    }
   }
 
   std::shared_ptr<Output> output_;
