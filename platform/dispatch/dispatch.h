@@ -28,6 +28,7 @@ void asyncMain(Job job);
 
 // Runs `job` on the main queue and returns when it has run. On the main thread it runs at once;
 // when no thread runs the main loop, this thread stands in for the main thread while the job runs.
+// What the job throws is thrown here.
 void syncMain(const Job& job);
 
 // Whether this thread is the process's first, or runs the default main context at the moment.

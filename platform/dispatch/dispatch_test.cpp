@@ -150,5 +150,30 @@ TEST(SyncMain, DoesNotHangWhenNobodyRunsTheLoop) {
   EXPECT_EQ(ran, 1) << "the job that was posted does not run again";
 }
 
+TEST(SyncMain, RethrowsWhatTheJobThrows) {
+  std::thread other([] {
+    EXPECT_THROW(syncMain([] { throw std::runtime_error("nobody runs the loop"); }),
+                 std::runtime_error);
+  });
+  other.join();
+  EXPECT_TRUE(g_main_context_acquire(nullptr)) << "given back";
+  g_main_context_release(nullptr);
+  drainMain();
+}
+
+TEST(SyncMain, RethrowsBehindARunningLoop) {
+  std::atomic<bool> isDone{false};
+  std::thread other([&] {
+    EXPECT_THROW(syncMain([] { throw std::runtime_error("on the main thread"); }),
+                 std::runtime_error);
+    isDone = true;
+  });
+  EXPECT_NO_THROW(EXPECT_TRUE(comesTrue([&] {
+    drainMain();
+    return isDone.load();
+  })));
+  other.join();
+}
+
 }  // namespace
 }  // namespace kelspar::dispatch

@@ -5,8 +5,10 @@
 #include <atomic>
 #include <condition_variable>
 #include <deque>
+#include <exception>
 #include <memory>
 #include <mutex>
+#include <utility>
 
 #include "platform/dispatch/dispatch.h"
 
@@ -41,7 +43,8 @@ class Posted {
   std::deque<Job> jobs_;
 };
 
-gboolean runNext(gpointer) {
+// An exception cannot pass through GLib's frames: it ends the process here.
+gboolean runNext(gpointer) noexcept {
   Posted::shared().takeNext()();
   return G_SOURCE_REMOVE;
 }
@@ -55,8 +58,14 @@ class Hop {
   bool claim() { return !claimed_.exchange(true); }
 
   void run() {
-    job_();
+    std::exception_ptr thrown;
+    try {
+      job_();
+    } catch (...) {
+      thrown = std::current_exception();
+    }
     const std::lock_guard guard(lock_);
+    thrown_ = std::move(thrown);
     done_ = true;
     finished_.notify_all();
   }
@@ -66,10 +75,18 @@ class Hop {
     return finished_.wait_for(guard, std::chrono::milliseconds(5), [this] { return done_; });
   }
 
+  // Once it has run, on the thread that waited.
+  void rethrow() {
+    if (const std::exception_ptr thrown = std::exchange(thrown_, nullptr)) {
+      std::rethrow_exception(thrown);
+    }
+  }
+
  private:
   Job job_;
   std::atomic<bool> claimed_{false};
   bool done_ = false;
+  std::exception_ptr thrown_;
   std::mutex lock_;
   std::condition_variable finished_;
 };
@@ -106,6 +123,7 @@ void syncMain(const Job& job) {
     if (hop->claim()) hop->run();
     g_main_context_release(context);
   }
+  hop->rethrow();
 }
 
 bool drainMain(uint32_t milliseconds) {
