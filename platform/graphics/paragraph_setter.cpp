@@ -20,7 +20,6 @@ namespace kelspar {
 
 namespace {
 
-constexpr size_t kLongestPiece = 20'000;
 constexpr size_t kLongestWord = 1'000;  // longer ones are wrapped at any character: linear
 constexpr double kNarrowest = 4;        // a line's width
 
@@ -52,10 +51,6 @@ Piece pieceAt(std::u16string_view units, size_t at, size_t end) {
   const bool isCutInPair = limit < end && (units[limit] & 0xFC00) == 0xDC00;
   return {isCutInPair ? limit - 1 : limit, false, limit == end};
 }
-
-struct Release {
-  void operator()(gpointer object) const { g_object_unref(object); }
-};
 
 }  // namespace
 
@@ -161,7 +156,6 @@ class ParagraphSetter::Setter {
   }
 
   void setTabs() {
-    constexpr double kTabDistance = 28;
     const double left = std::min(first_, head_);
     std::vector<NSTextTab> stops = style_->tabStops;
     if (first_ < head_) stops.push_back({.location = head_});
