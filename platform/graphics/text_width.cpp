@@ -1,15 +1,16 @@
-// Measuring with Pango: a line at a time, long lines in pieces (Pango's widths overflow at 2^21
-// points), on a font map of the thread's own.
+// Measuring with Pango: a line at a time, long lines in pieces, on a font map of the thread's own.
 #include "platform/graphics/text_width.h"
 
 #include <pango/pangocairo.h>
 
 #include <algorithm>
+#include <cmath>
 #include <memory>
 
 #include "platform/foundation/scan.h"
 #include "platform/foundation/utf8.h"
 #include "platform/graphics/font_lock.h"
+#include "platform/graphics/line_pieces.h"
 #include "platform/graphics/pango_fonts.h"
 
 namespace kelspar {
@@ -30,8 +31,10 @@ class Ruler {
     context_.reset();
   }
 
-  double width(const std::string& line, PangoAttrList* attributes) {
+  // Of a text that begins `x` points behind the line's start: tabs count from there.
+  double width(const std::string& line, PangoAttrList* attributes, double x) {
     const FontLock lock;
+    if (line.find('\t') != line.npos) setTabs(x);
     pango_layout_set_text(layout_.get(), line.data(), static_cast<int>(line.size()));
     pango_layout_set_attributes(layout_.get(), attributes);
     int width = 0;
@@ -45,8 +48,14 @@ class Ruler {
     context_.reset(newPointContext());
     layout_.reset(pango_layout_new(context_.get()));
     pango_layout_set_single_paragraph_mode(layout_.get(), TRUE);
-    PangoTabArray* tabs = pango_tab_array_new(1, FALSE);
-    pango_tab_array_set_tab(tabs, 0, PANGO_TAB_LEFT, static_cast<int>(kTabDistance * PANGO_SCALE));
+  }
+
+  // Behind the second one Pango goes on in steps like the last.
+  void setTabs(double x) {
+    const int distance = pango_units_from_double(kTabDistance);
+    const int first = distance - pango_units_from_double(std::fmod(x, kTabDistance));
+    PangoTabArray* tabs = pango_tab_array_new_with_positions(2, FALSE, PANGO_TAB_LEFT, first,
+                                                             PANGO_TAB_LEFT, first + distance);
     pango_layout_set_tabs(layout_.get(), tabs);
     pango_tab_array_free(tabs);
   }
@@ -77,7 +86,8 @@ class Piece {
     }
   }
 
-  double width() const { return Ruler::ofThisThread().width(text_, attributes_); }
+  // Where it begins at `x`.
+  double width(double x) const { return Ruler::ofThisThread().width(text_, attributes_, x); }
 
  private:
   void insert(PangoAttribute* attribute, size_t start) {
@@ -90,32 +100,57 @@ class Piece {
   PangoAttrList* attributes_;
 };
 
+class LineMeasure {
+ public:
+  explicit LineMeasure(const NSAttributedString& text)
+      : string_(text.string()), units_(string_.view()), looks_(text) {}
+
+  double width(size_t begin, size_t end) {
+    double x = 0;
+    LinePieces pieces(units_, begin, end, &looks_);
+    while (pieces.next()) {
+      // Marks are measured on their letter.
+      const double letter = width(pieces.letter(), {}, x);
+      x += width(pieces.letter(), pieces.piece(), x - letter) - letter;
+    }
+    return x;
+  }
+
+ private:
+  // Of both together, which begin at `x`.
+  double width(LinePieces::Range first, LinePieces::Range second, double x) {
+    if (first.begin == first.end && second.begin == second.end) return 0;
+    Piece piece;
+    for (const auto& range : {first, second}) append(range, &piece);
+    return piece.width(x);
+  }
+
+  void append(LinePieces::Range range, Piece* piece) {
+    while (range.begin < range.end) {
+      const NSTextAttributes& look = looks_.lookAt(range.begin);
+      const size_t until = std::min(range.end, looks_.runEnd());
+      piece->append(units_.substr(range.begin, until - range.begin), look);
+      range.begin = until;
+    }
+  }
+
+  NSString string_;
+  std::u16string_view units_;
+  RunCursor looks_;
+};
+
 }  // namespace
 
 double widthOfText(const NSAttributedString& text) {
+  if (text.length() == 0) return 0;
   const NSString string = text.string();
   const auto units = string.view();
-  const auto runs = text.runs();
+  LineMeasure lines(text);
   double widest = 0;
-  size_t run = 0, runEnd = runs.empty() ? 0 : runs[0].length;
   for (size_t at = 0; at < units.size();) {
-    const size_t lineEnd = scan::findAny(units, at, u'\n', u'\r', u'\x2028', u'\x2029', u'\f');
-    double line = 0;
-    while (at < lineEnd) {
-      size_t end = std::min(lineEnd, at + kLongestPiece);
-      if (end < lineEnd && (units[end] & 0xFC00) == 0xDC00) --end;
-      Piece piece;
-      while (at < end) {
-        while (at >= runEnd) runEnd += runs[++run].length;
-        const size_t until = std::min(end, runEnd);
-        piece.append(units.substr(at, until - at), *runs[run].attributes);
-        at = until;
-      }
-      line += piece.width();
-    }
-    widest = std::max(widest, line);
-    at = lineEnd + 1;
-    while (at < units.size() && at >= runEnd) runEnd += runs[++run].length;
+    const size_t end = scan::findAny(units, at, u'\n', u'\r', u'\x2028', u'\x2029', u'\f');
+    widest = std::max(widest, lines.width(at, end));
+    at = end + 1;
   }
   return widest;
 }
