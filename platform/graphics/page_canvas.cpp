@@ -10,6 +10,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <ctime>
+#include <utility>
 
 #include "platform/foundation/utf8.h"
 #include "platform/graphics/font_lock.h"
@@ -24,12 +25,6 @@ constexpr auto kForwards = static_cast<cairo_text_cluster_flags_t>(0);
 
 static_assert(sizeof(PageGlyph) == sizeof(cairo_glyph_t));
 static_assert(sizeof(PageCluster) == sizeof(cairo_text_cluster_t));
-
-cairo_status_t writePiece(void* closure, const unsigned char* bytes, unsigned int length) {
-  const bool isWritten = (*static_cast<const PageCanvas::Write*>(closure))(
-      {reinterpret_cast<const char*>(bytes), length});
-  return isWritten ? CAIRO_STATUS_SUCCESS : CAIRO_STATUS_WRITE_ERROR;
-}
 
 std::string creationDate() {
   const char* epoch = std::getenv("SOURCE_DATE_EPOCH");
@@ -80,8 +75,13 @@ PageFont::~PageFont() {
 
 PageCanvas::PageCanvas(const PDFPaper& paper, const std::string& title, bool hasLinks, Write write)
     : write_(std::move(write)),
-      surface_(
-          cairo_pdf_surface_create_for_stream(&writePiece, &write_, paper.width, paper.height)),
+      surface_(cairo_pdf_surface_create_for_stream(
+          [](void* canvas, const unsigned char* bytes, unsigned int length) {
+            const std::string_view piece(reinterpret_cast<const char*>(bytes), length);
+            return static_cast<PageCanvas*>(canvas)->writePiece(piece) ? CAIRO_STATUS_SUCCESS
+                                                                       : CAIRO_STATUS_WRITE_ERROR;
+          },
+          this, paper.width, paper.height)),
       cairo_(cairo_create(surface_)),
       hasLinks_(hasLinks) {
   const FontLock lock;
@@ -114,6 +114,24 @@ PageCanvas::~PageCanvas() {
   cairo_destroy(cairo_);
   cairo_surface_finish(surface_);
   cairo_surface_destroy(surface_);
+}
+
+// Called through Cairo's frames, which no exception may cross.
+bool PageCanvas::writePiece(std::string_view piece) noexcept {
+  try {
+    return write_(piece);
+  } catch (...) {
+    failure_ = std::current_exception();
+    return false;
+  }
+}
+
+void PageCanvas::finish() {
+  {
+    const FontLock lock;
+    cairo_surface_finish(surface_);
+  }
+  if (failure_) std::rethrow_exception(std::exchange(failure_, nullptr));
 }
 
 bool PageCanvas::isBroken() const {

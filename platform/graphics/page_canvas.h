@@ -1,6 +1,7 @@
 // A PDF document that is drawn on with Cairo, a page at a time. Internal to the library.
 #pragma once
 
+#include <exception>
 #include <functional>
 #include <optional>
 #include <string>
@@ -29,8 +30,11 @@ class PageCanvas {
   void draw(const PageLine& line, double pageTop, double pageEnd);
   void turnPage(bool isLast);
   [[nodiscard]] bool isBroken() const;
+  // Ends the document. Raises what `write` has raised, which ends the document as a "no" does.
+  void finish();
 
  private:
+  [[nodiscard]] bool writePiece(std::string_view piece) noexcept;
   // `y` is that of the line's top on the page.
   void fill(const Fill& area, double y, double pageHeight);
   void show(const GlyphRun& run, double y, bool asText);
@@ -45,6 +49,7 @@ class PageCanvas {
   void setColor(NSColor color);
 
   Write write_;
+  std::exception_ptr failure_;  // of `write_`, while Cairo's frames are on the stack
   cairo_surface_t* surface_;
   cairo_t* cairo_;
   PictureStore pictures_;

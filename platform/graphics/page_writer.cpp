@@ -16,9 +16,10 @@ PageWriter::PageWriter(const Settings& settings, const Write& write)
       keepsLinesWhole_(settings.keepsLinesWhole),
       pageHeight_(settings.paper.textHeight()) {}
 
-PageWriter::~PageWriter() {
+void PageWriter::finish() {
   while (!isBroken() && bottom_ > pageTop_ + pageHeight_ + kTolerance) endPage(false);
   endPage(true);
+  canvas_.finish();
 }
 
 bool PageWriter::isBroken() const { return canvas_.isBroken(); }

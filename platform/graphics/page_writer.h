@@ -23,11 +23,14 @@ class PageWriter {
   };
 
   PageWriter(const Settings& settings, const Write& write);
-  ~PageWriter();  // writes what is left
   PageWriter(const PageWriter&) = delete;
 
   // Takes lines in reading order. Nothing that comes later begins above `y`.
   void add(std::vector<PageLine> lines, double y);
+
+  // Writes what is left. To be called at the end, unless something was raised before; raises what
+  // `write` has raised.
+  void finish();
 
   // Writing has failed: what follows would not be seen.
   [[nodiscard]] bool isBroken() const;

@@ -95,6 +95,7 @@ PDFReport writePDF(const NSAttributedString& text, const PDFOptions& options,
     pages.add(std::move(lines), y);
     return !pages.isBroken();
   });
+  pages.finish();
   const PDFReport report = faults.report();
   for (const NSString& script : report.scriptsWithoutFont) {
     NSLog(u"Warning: no font has the letters of %@, boxes stand for them"_ns, script);

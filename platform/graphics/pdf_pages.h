@@ -27,9 +27,10 @@ struct PDFReport {
 
 // Lays `text` out on lines of 550 points, on pages of 715 points unless `paper` says otherwise.
 // `write` gets the document in pieces, page by page, and says whether it could take them; after a
-// "no" nothing more comes. A text that is not empty has a page at least. The creation date is
-// SOURCE_DATE_EPOCH's where that is set. Any thread may call; `write` must not wait for another
-// thread that makes pages, as fonts are locked meanwhile. Linear.
+// "no" nothing more comes, and what it raises is raised here once the document is closed. A text
+// that is not empty has a page at least. The creation date is SOURCE_DATE_EPOCH's where that is
+// set. Any thread may call; `write` must not wait for another thread that makes pages, as fonts are
+// locked meanwhile. Linear.
 //
 // Extracted from the pages, the text comes in order and once: of a line that is drawn on two pages,
 // only the one with its baseline holds it as text.

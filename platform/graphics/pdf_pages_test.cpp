@@ -195,6 +195,21 @@ TEST(PDFPages, NothingMoreIsWrittenAfterANo) {
   EXPECT_LE(calls, 3);
 }
 
+// In the middle of a document, and where nothing is written before its end.
+TEST(PDFPages, WhatWritingRaisesComesToTheCaller) {
+  for (const int lines : {1, 20'000}) {
+    for (const int last : {0, 1, 3}) {
+      int calls = 0;
+      const auto write = [&](std::string_view) -> bool {
+        if (calls++ == last) throw std::bad_alloc();
+        return true;
+      };
+      EXPECT_THROW(writePDF(text(numberedLines(lines)), {}, write), std::bad_alloc) << lines;
+      EXPECT_EQ(calls, last + 1) << "nothing more is written";
+    }
+  }
+}
+
 // More fonts than Cairo keeps open, in threads that open, measure, draw and close them at once.
 TEST(PDFPages, AreMadeInManyThreadsWithManyFonts) {
   NSMutableAttributedString both;
