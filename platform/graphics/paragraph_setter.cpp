@@ -151,6 +151,7 @@ class ParagraphSetter::Setter {
     }
     const PangoDirection direction = isRightToLeft_ ? PANGO_DIRECTION_RTL : PANGO_DIRECTION_LTR;
     if (pango_context_get_base_dir(context_.get()) == direction) return;
+    const FontLock lock;  // what was laid out is dropped
     pango_context_set_base_dir(context_.get(), direction);
     pango_layout_context_changed(layout_.get());
   }

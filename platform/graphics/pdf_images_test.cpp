@@ -1,8 +1,10 @@
 // Images in documents: bytes that pass through, copies that are stored once, resolutions and turns.
 #include <gtest/gtest.h>
 
+#include <atomic>
 #include <fstream>
 #include <iterator>
+#include <thread>
 
 #include "platform/graphics/NSImage.h"
 #include "platform/graphics/pdf_tools.h"
@@ -192,6 +194,46 @@ TEST(PDFImages, WhatIsMissingIsNamed) {
     EXPECT_EQ(labelled > bare + 100, *row.label != 0) << row.name;
     EXPECT_EQ(documentWith(row.picture, 1).size(), documentWith({}, 1).size()) << row.name;
   }
+}
+
+// Labels that nobody else has drawn, amid more fonts than Cairo keeps open, in threads that open,
+// draw and close them at once.
+TEST(PDFImages, LabelsAreDrawnInManyThreads) {
+  const auto documentOf = [](int number) {
+    NSMutableAttributedString content;
+    const auto append = [&](NSString label, double side) {
+      auto missing = std::make_shared<NSTextAttachment>();
+      missing->alternative = std::move(label);
+      missing->width = 200;
+      missing->height = side;
+      NSTextAttributes look;
+      look.attachment = missing;
+      content.append(u"\uFFFC", look);
+    };
+    for (int i = 0; i < 24; ++i) {
+      NSTextAttributes look;
+      constexpr const char16_t* kFamilies[] = {u"DejaVu Sans",      u"DejaVu Serif",
+                                               u"DejaVu Sans Mono", u"Liberation Sans",
+                                               u"Liberation Serif", u"Liberation Mono"};
+      look.font.family = NSString(kFamilies[i % 6]);
+      look.font.bold = i / 6 % 2 == 1;
+      look.font.italic = i / 12 == 1;
+      content.append(u"word ", look);
+      const auto letter = static_cast<char16_t>(0x370 + (number * 24 + i) % 0x250);
+      append(NSString(std::u16string(20, letter)), 10);
+    }
+    return testtools::documentOf(content.copy());
+  };
+  std::atomic<int> made = 0;
+  {
+    std::vector<std::jthread> threads;
+    for (int i = 0; i < 6; ++i) {
+      threads.emplace_back([&, i] {
+        for (int n = 0; n < 5; ++n) made += documentOf(i * 5 + n).size() > 1'000;
+      });
+    }
+  }
+  EXPECT_EQ(made, 30);
 }
 
 TEST(PDFImages, AlternativeTextHasRoomWithoutASize) {

@@ -1,9 +1,11 @@
+// The words in a picture's frame, and how they are drawn: like all fonts, under their lock.
 #include "platform/graphics/picture_label.h"
 
 #include <pango/pangocairo.h>
 
 #include <algorithm>
 
+#include "platform/graphics/font_lock.h"
 #include "platform/graphics/pango_fonts.h"
 
 namespace kelspar {
@@ -53,7 +55,9 @@ std::string pictureLabel(const NSTextAttachment& picture) {
 }
 
 LabelWriter::~LabelWriter() {
-  if (layout_) g_object_unref(layout_);
+  if (!layout_) return;
+  const FontLock lock;
+  g_object_unref(layout_);
 }
 
 void LabelWriter::draw(cairo_t* page, const std::string& label, double x, double y, double width,
@@ -61,6 +65,7 @@ void LabelWriter::draw(cairo_t* page, const std::string& label, double x, double
   constexpr double kInset = 3, kLetters = 8, kGrey = 0.5, kLeastWidth = 16;
   const double size = std::min(kLetters, (height - kInset) * 0.7);
   if (label.empty() || width < kLeastWidth || size < kLetters / 2) return;
+  const FontLock lock;
   if (!layout_) {
     PangoContext* context = newPointContext();
     layout_ = pango_layout_new(context);
