@@ -170,6 +170,11 @@ TEST(Drawings, MetafilesAreDrawn) {
   EXPECT_EQ(image.width(), 200);
 }
 
+TEST(Drawings, BytesAreReadOnceForAllPlaces) {
+  EXPECT_TRUE(testtools::isKnownWithoutItsBytes(redBMP()));
+  EXPECT_TRUE(testtools::isKnownWithoutItsBytes(svg("")));
+}
+
 TEST(Drawings, WebP) {
   const NSImage image = NSImage::initWithData(NSData(webP()));
   ASSERT_TRUE(image);

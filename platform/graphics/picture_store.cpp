@@ -23,13 +23,6 @@ namespace {
 constexpr size_t kMostDecoded = 40'000'000;  // pixels a document
 constexpr size_t kMostKept = 4'000'000;
 
-std::string digestOf(const NSData& file) {
-  gchar* text = g_compute_checksum_for_data(G_CHECKSUM_SHA256, file.bytes(), file.length());
-  std::string digest = text;
-  g_free(text);
-  return digest;
-}
-
 template <class Bytes>
 void attach(cairo_surface_t* surface, const char* type, Bytes bytes) {
   auto* owner = new Bytes(std::move(bytes));
@@ -146,6 +139,16 @@ PictureStore::~PictureStore() {
   for (const auto& [digest, picture] : pictures_) cairo_surface_destroy(picture.surface);
 }
 
+const std::string& PictureStore::digestOf(const NSData& file) {
+  Known& known = known_[file.contents()];
+  if (!known.file) {
+    gchar* text = g_compute_checksum_for_data(G_CHECKSUM_SHA256, file.bytes(), file.length());
+    known = {file, text};
+    g_free(text);
+  }
+  return known.digest;
+}
+
 // The document knows what it holds by the digest: a picture that comes again is not stored again.
 void PictureStore::makeRoom() {
   if (keptPixels_ <= kMostKept) return;
@@ -172,7 +175,7 @@ cairo_surface_t* PictureStore::drawnSurface(const NSData& file) {
 
 const StoredPicture* PictureStore::find(const NSData& file) {
   if (file.isEmpty()) return nullptr;
-  const std::string digest = digestOf(file);
+  const std::string& digest = digestOf(file);
   const auto known = pictures_.find(digest);
   if (known != pictures_.end()) return known->second.surface ? &known->second : nullptr;
   makeRoom();

@@ -3,6 +3,7 @@
 
 #include <map>
 #include <string>
+#include <unordered_map>
 
 #include "platform/foundation/foundation.h"
 
@@ -22,7 +23,8 @@ struct StoredPicture {
 };
 
 // Images with the same bytes are decoded once, as long as they are small or near each other, and
-// stored once in the document. JPEG data go into it as they are.
+// stored once in the document. JPEG data go into it as they are. The bytes of one NSData are read
+// once, in however many places it is drawn.
 class PictureStore {
  public:
   PictureStore() = default;
@@ -34,10 +36,16 @@ class PictureStore {
   [[nodiscard]] const StoredPicture* find(const NSData& file);
 
  private:
+  [[nodiscard]] const std::string& digestOf(const NSData& file);
   void makeRoom();
   [[nodiscard]] cairo_surface_t* drawnSurface(const NSData& file);
 
-  std::map<std::string, StoredPicture> pictures_;  // by the digest of their bytes
+  struct Known {
+    NSData file;  // so that no other contents come to stand at its address
+    std::string digest;
+  };
+  std::unordered_map<const NSObject*, Known> known_;  // by contents
+  std::map<std::string, StoredPicture> pictures_;     // by the digest of their bytes
   size_t keptPixels_ = 0, decodedPixels_ = 0;
 };
 

@@ -1,7 +1,11 @@
+// Decoded pictures through the store that documents use, and through the loaders alone.
 #include "platform/graphics/picture_tools.h"
 
 #include <cairo.h>
 #include <gdk-pixbuf/gdk-pixbuf.h>
+#include <sys/mman.h>
+
+#include <algorithm>
 
 #include "platform/graphics/picture_store.h"
 
@@ -36,6 +40,23 @@ uint32_t loadedColor(const char* name, std::string_view file) {
   }
   g_object_unref(loader);
   return color;
+}
+
+bool isKnownWithoutItsBytes(std::string_view file) {
+  void* pages =
+      mmap(nullptr, file.size(), PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+  if (pages == MAP_FAILED) return false;
+  std::ranges::copy(file, static_cast<char*>(pages));
+  bool isKnown = false;
+  {
+    const NSData data = NSData::fromStatic({static_cast<const uint8_t*>(pages), file.size()});
+    PictureStore store;
+    const StoredPicture* picture = store.find(data);
+    mprotect(pages, file.size(), PROT_NONE);
+    isKnown = picture && store.find(data) == picture;
+  }
+  munmap(pages, file.size());
+  return isKnown;
 }
 
 }  // namespace kelspar::testtools
