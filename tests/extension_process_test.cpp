@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 #include <poll.h>
 #include <spawn.h>
+#include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -22,9 +23,11 @@ namespace {
 
 class Extension {
  public:
-  Extension() {
+  // With O_NONBLOCK the program's input never waits, as some hosts' sockets do.
+  explicit Extension(int inputFlags = 0) {
     int in[2], out[2];
     EXPECT_EQ(::pipe2(in, O_CLOEXEC) | ::pipe2(out, O_CLOEXEC), 0);
+    EXPECT_EQ(::fcntl(in[0], F_SETFL, inputFlags), 0);
     posix_spawn_file_actions_t actions;
     posix_spawn_file_actions_init(&actions);
     posix_spawn_file_actions_adddup2(&actions, in[0], 0);
@@ -63,13 +66,16 @@ class Extension {
 
   int exitStatus() {
     int status = 0;
-    ::waitpid(process_, &status, 0);
+    ::wait4(process_, &status, 0, &usage_);
     return WIFEXITED(status) ? WEXITSTATUS(status) : -WTERMSIG(status);
   }
+  // After `exitStatus`: the most memory that it held.
+  [[nodiscard]] long mostKilobytes() const { return usage_.ru_maxrss; }
 
  private:
   pid_t process_ = -1;
   int to_ = -1, from_ = -1;
+  rusage usage_{};
 };
 
 std::vector<std::string> linesOf(const std::string& text) {
@@ -92,6 +98,15 @@ TEST(ExtensionProcess, AnswersTheLastLineWithoutItsLineFeed) {
       extension.exchange(
           R"({"jsonrpc":"2.0","id":1,"method":"rtfStringFromData","params":{"receiver":null}})"),
       "{\"jsonrpc\":\"2.0\",\"id\":1,\"result\":{\"value\":null}}\n");
+  EXPECT_EQ(extension.exitStatus(), 0);
+}
+
+TEST(ExtensionProcess, WaitsForInputThatIsNotThereYet) {
+  Extension extension(O_NONBLOCK);
+  ::usleep(200'000);  // until it has looked for the first time
+  const std::string line = R"({"jsonrpc":"2.0","id":1,"method":"rtfStringFromData",)"
+                           R"("params":{"receiver":null}})";
+  EXPECT_EQ(linesOf(extension.exchange(line + "\n" + line)).size(), 2u);
   EXPECT_EQ(extension.exitStatus(), 0);
 }
 
@@ -214,6 +229,29 @@ TEST(ExtensionProcess, EndsWhenNobodyListens) {
   }
   extension.closeInput();
   EXPECT_EQ(extension.exitStatus(), 1);
+}
+
+// Answers of 800 MB, were they kept.
+TEST(ExtensionProcess, KeepsNoAnswersThatNobodyWillRead) {
+  std::signal(SIGPIPE, SIG_IGN);
+  Extension extension;
+  extension.closeOutput();
+  std::string lines;
+  for (int i = 0; i < 600; ++i) {
+    lines +=
+        R"({"jsonrpc":"2.0","id":1,"method":"initializeArrayWithEntryCount:ofSize:","params":{"class":"RTFKelspar","arguments":[1000000,1]}})"
+        "\n";
+  }
+  for (size_t at = 0; at < lines.size();) {
+    const ssize_t written = ::write(extension.input(), lines.data() + at, lines.size() - at);
+    if (written <= 0) break;
+    at += static_cast<size_t>(written);
+  }
+  extension.closeInput();
+  EXPECT_EQ(extension.exitStatus(), 1);
+#ifndef KELSPAR_SANITIZED
+  EXPECT_LT(extension.mostKilobytes(), 120'000);
+#endif
 }
 
 TEST(ExtensionProcess, HostileSizesAreErrors) {

@@ -154,6 +154,11 @@ class Builder : public nlohmann::json_sax<nlohmann::json> {
 }  // namespace
 
 id parseJSON(std::string_view text, std::string* error) {
+  // The library takes a NUL for the text's end; JSON has none, not even in its strings.
+  if (const size_t nul = text.find('\0'); nul != text.npos) {
+    if (error) *error = "not JSON at byte " + std::to_string(nul + 1);
+    return nil;
+  }
   std::string rewritten;
   const bool marked = markLoneSurrogates(text, &rewritten);
   if (marked) text = rewritten;

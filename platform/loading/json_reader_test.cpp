@@ -72,7 +72,9 @@ TEST_P(NoJSON, IsNilWithAReason) {
 INSTANTIATE_TEST_SUITE_P(JSONReader, NoJSON,
                          testing::Values("", " ", "{", "[1,]", "{\"a\"}", "nul", "1 2", "'a'",
                                          "\"\x01\"", "\"\xFF\"", "\"\xED\xA0\x80\"", "\"\\ud800",
-                                         "\"\\u12\""));
+                                         "\"\\u12\"", std::string_view("[1]\0", 4),
+                                         std::string_view("[1]\0x", 5),
+                                         std::string_view("\0[1]", 4)));
 
 TEST(JSONReader, KeysKeepLoneSurrogatesToo) {
   const auto value = parsed(R"({"\ud800\udbff\udffdzzzz":1})").as<NSDictionary>();

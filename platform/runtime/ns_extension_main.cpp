@@ -32,6 +32,8 @@ constexpr size_t kLongestLine = size_t{1} << 30;
 // reader waits beyond it. Answers that come later (completions) do not count.
 constexpr size_t kMostLines = 4096;
 constexpr size_t kMostBytes = size_t{256} << 20;
+// The reader waits, too, while the host leaves so much of the answers unread.
+constexpr size_t kMostUnread = size_t{1} << 30;
 
 // Writes whole lines. While one thread writes, the others leave their lines to it.
 class Output {
@@ -40,6 +42,7 @@ class Output {
 
   void writeLine(const std::string& line) noexcept {
     std::unique_lock guard(lock_);
+    if (broken_) return;
     try {
       waiting_.reserve(waiting_.size() + line.size() + 1);
     } catch (const std::bad_alloc&) {
@@ -57,16 +60,24 @@ class Output {
       const bool written = writeAll(lines);
       guard.lock();
       broken_ |= !written;
+      if (broken_) waiting_.clear();
+      changed_.notify_all();
     }
     writing_ = false;
-    idle_.notify_all();
+    changed_.notify_all();
+  }
+
+  // Until the host has read most of what is there for it.
+  void waitForRoom() {
+    std::unique_lock guard(lock_);
+    changed_.wait(guard, [this] { return waiting_.size() < kMostUnread; });
   }
 
   // Waits for the last line; false when the host no longer listens, or when memory did not suffice
   // for a line.
   bool finish() {
     std::unique_lock guard(lock_);
-    idle_.wait(guard, [this] { return !writing_; });
+    changed_.wait(guard, [this] { return !writing_; });
     return !broken_ && !lost_;
   }
 
@@ -94,7 +105,7 @@ class Output {
 
   const int descriptor_;
   std::mutex lock_;
-  std::condition_variable idle_;
+  std::condition_variable changed_;
   std::string waiting_;
   bool writing_ = false, broken_ = false, lost_ = false;
 };
@@ -154,7 +165,7 @@ class Server {
       buffer.resize(start + kChunk);
       const ssize_t count = ::read(STDIN_FILENO, buffer.data() + start, kChunk);
       buffer.resize(start + static_cast<size_t>(std::max<ssize_t>(count, 0)));
-      if (count < 0 && errno == EINTR) continue;
+      if (count < 0 && canReadAgain()) continue;
       if (count <= 0) break;
       takeLines(&buffer, start, &skipping);
     }
@@ -165,6 +176,16 @@ class Server {
 
  private:
   static constexpr size_t kChunk = size_t{256} << 10;
+
+  // After a failed read. A host may have made its end of a socket, and so ours, one that never
+  // waits.
+  static bool canReadAgain() {
+    if (errno == EINTR) return true;
+    if (errno != EAGAIN && errno != EWOULDBLOCK) return false;
+    pollfd lines{STDIN_FILENO, POLLIN, 0};
+    ::poll(&lines, 1, -1);
+    return true;
+  }
 
   // Hands out the lines that have become complete; what is left begins the buffer.
   void takeLines(std::string* buffer, size_t searchFrom, bool* skipping) {
@@ -182,6 +203,7 @@ class Server {
 
   void accept(std::string line) {
     const size_t bytes = line.size();
+    output_->waitForRoom();
     backlog_->enter(bytes);
     struct Work {
       std::string line;
