@@ -67,6 +67,10 @@ void RTFFontTable::setName(int number, std::u16string_view name) {
 const CodePage* RTFFontTable::pageOf(int number) const {
   const Font* found = find(number);
   if (!found) return nullptr;
+  // No charset says UTF-8: a font that has both means the page.
+  constexpr int kUTF8 = 65001;
+  static const CodePage& utf8 = CodePage::numbered(kUTF8);
+  if (found->byPage == &utf8) return found->byPage;
   return found->byCharset ? found->byCharset : found->byPage;
 }
 

@@ -103,6 +103,15 @@ TEST(RTFKeywords, ParagraphsAndCharacters) {
   EXPECT_EQ(textOf("{\\upr{a}{\\*\\ud{\\u233 ?}}}b"), "\u00E9b");
 }
 
+TEST(RTFKeywords, PagesOfFonts) {
+  const auto textIn = [](const std::string& font) {
+    return textOf("{\\fonttbl{\\f0" + font + " A;}}\\f0 \\'e4\\'b8\\'ad");
+  };
+  EXPECT_EQ(textIn("\\cpg65001"), "\u4E2D");
+  EXPECT_EQ(textIn("\\fcharset128\\cpg65001"), "\u4E2D") << "no charset says UTF-8";
+  EXPECT_EQ(textIn("\\fcharset204\\cpg1252"), "\u0434\u0451\u00AD") << "else the charset counts";
+}
+
 TEST(RTFKeywords, NumbersOfOldLists) {
   const auto markerOf = [](const std::string& kind) {
     return firstLookOf("{\\*\\pn\\pnlvlbody\\" + kind + "{\\pntxta .}}{\\pntext x.\\tab}a\\par")
