@@ -2,6 +2,7 @@
 #include "platform/loading/json_reader.h"
 
 #include <algorithm>
+#include <cmath>
 #include <nlohmann/json.hpp>
 #include <vector>
 
@@ -87,7 +88,12 @@ class Builder : public nlohmann::json_sax<nlohmann::json> {
   bool boolean(bool value) override { return put(NSNumber(value)); }
   bool number_integer(number_integer_t value) override { return put(NSNumber(value)); }
   bool number_unsigned(number_unsigned_t value) override { return put(NSNumber(value)); }
-  bool number_float(number_float_t value, const string_t&) override { return put(NSNumber(value)); }
+  bool number_float(number_float_t value, const string_t& digits) override {
+    // An integer just below the signed range must not become its least number.
+    const bool isInteger = digits.find_first_of(".eE") == digits.npos;
+    const bool seemsToFit = value == -0x1p63;
+    return put(NSNumber(isInteger && seemsToFit ? std::nextafter(value, -HUGE_VAL) : value));
+  }
   bool string(string_t& value) override { return put(textOf(value)); }
   bool binary(binary_t&) override { return fail("binary data"); }
   bool start_object(size_t) override { return open(false); }

@@ -141,12 +141,19 @@ struct Request {
 
 CallError badParams(const std::string& message) { return {CallError::badArguments, message}; }
 
+// A string in either of its forms; nil for anything else.
+NSString stringMember(const NSDictionary& fields, std::u16string_view key) {
+  std::string error;
+  return readValue(fields.objectForKey(key), &error).as<NSString>();
+}
+
 const Operation& findOperation(const Request& request) {
-  const id className = request.params.objectForKey(u"class");
-  if (className && !className.is<NSString>()) throw badParams("class should be a string");
-  const auto wanted = className.as<NSString>().utf8();
+  const bool hasClass = static_cast<bool>(request.params.objectForKey(u"class"));
+  const NSString className = stringMember(request.params, u"class");
+  if (hasClass && !className) throw badParams("class should be a string");
+  const std::string wanted = className.utf8();
   const Operation* operation = Operations::shared().find(wanted, request.method);
-  if (!operation) {
+  if (!operation || (hasClass && wanted.empty())) {
     throw CallError(CallError::noSuchOperation,
                     "no operation " + request.method + (wanted.empty() ? "" : " in " + wanted));
   }
@@ -188,8 +195,8 @@ bool readRequest(const id& json, Request* request, Place* place) {
       requestId.is<NSNumber>() && requestId.as<NSNumber>().type() != NSNumber::Type::boolean;
   if (requestId.is<NSString>() || isNumber) place->requestId = requestId;
   const bool isValidId = !requestId || place->requestId || requestId.is<NSNull>();
-  const auto method = fields.objectForKey<NSString>(u"method");
-  if (!isValidId || !method || fields.objectForKey<NSString>(u"jsonrpc") != u"2.0"_ns) {
+  const NSString method = stringMember(fields, u"method");
+  if (!isValidId || !method || stringMember(fields, u"jsonrpc") != u"2.0"_ns) {
     return false;
   }
   request->method = method.utf8();

@@ -98,6 +98,17 @@ const Row kRows[] = {
      request(
          R"("id":1,"method":"stringByStrippingHTML","params":{"receiver":"\ud800 \udbff\udffdzzzz"})"),
      R"({"jsonrpc":"2.0","id":1,"result":{"value":""}})"},
+    {"TheOtherFormOfStrings",  // stringByStrippingHTML, WebKelsparNSStringAdditions
+     request(
+         R"("id":1,"method":{"$utf16":"dAB5AHAAZQBJAHMAUgBUAEYAOgA="},"params":{"class":{"$utf16":"UgBUAEYASwBlAGwAcwBwAGEAcgA="},"arguments":[null]})"),
+     R"({"jsonrpc":"2.0","id":1,"result":{"value":false}})"},
+    {"NoClassFitsAnEmptyName",
+     request(R"("id":1,"method":"stringByStrippingHTML","params":{"class":"","receiver":"a"})"),
+     error("1", -32601, "no operation stringByStrippingHTML")},
+    {"BelowTheSignedRange",
+     request(
+         R"("id":1,"method":"getWindowsTimeFromUnixTime:","params":{"class":"TimeKelspar","arguments":[-9223372036854775809]})"),
+     error("1", -32602, "argument 1 should be signed 64-bit integer")},
     {"LoneSurrogateComesBack", request(R"("id":"\ud800",)" + kGood),
      R"({"jsonrpc":"2.0","id":"\ud800","result":{"value":"hi"}})"},
 };

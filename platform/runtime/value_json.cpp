@@ -12,6 +12,7 @@
 #include "platform/runtime/Operations.h"
 #include "platform/runtime/attributed_json.h"
 #include "platform/runtime/regex_value.h"
+#include "platform/runtime/registry.h"
 #include "platform/runtime/text_field_value.h"
 #include "platform/unicode/NSCharacterSet.h"
 
@@ -249,6 +250,9 @@ void writeValue(const id& value, std::string* out) {
   } else if (const auto number = value.as<NSNumber>()) {
     writeNumber(number, out);
   } else if (const auto data = value.as<NSData>()) {
+    if (data.length() > kLargestBuffer) {
+      throw CallError(CallError::raised, "the data is too large to be sent");
+    }
     writeTagged("$data", data.chars(), out);
   } else if (const auto array = value.as<NSArray>()) {
     writeList(array, out);
