@@ -105,9 +105,14 @@ TEST(Transition, SpinsOnceWithoutDuration) {
   EXPECT_EQ(values(transition(u"7x", 1, 0, 1)), (std::vector<std::string>{"7x"}));
 }
 
-TEST(Transition, NilFieldHearsNothing) {
-  StringKelspar::transitionText(u"12", 0, 0, 0, nil);
-  dispatch::drainMain(20);
+TEST(Transition, RunsToItsEndWithoutAField) {
+  std::atomic<uint64_t> rested{0};
+  bool finished = false;
+  startTransition(
+      u"12", 0, 9, 0, nil, [&finished] { finished = true; },
+      [&rested](uint64_t tenths) { rested += tenths; });
+  while (!finished) dispatch::drainMain(50);
+  EXPECT_EQ(rested, 9u);  // three steps, a third of the duration each
 }
 
 TEST(Transition, SideBySide) {
