@@ -14,6 +14,22 @@
 
 namespace kelspar::scan {
 
+#if defined(__SSE2__)
+// A block of sixteen bytes full of `c`.
+template <class Char>
+[[nodiscard]] inline __m128i spread(Char c) {
+  static_assert(sizeof(Char) <= 2);
+  return sizeof(Char) == 1 ? _mm_set1_epi8(static_cast<char>(c))
+                           : _mm_set1_epi16(static_cast<int16_t>(c));
+}
+
+// All bits of the bytes or units that are the same in both blocks.
+template <class Char>
+[[nodiscard]] inline __m128i equal(__m128i a, __m128i b) {
+  return sizeof(Char) == 1 ? _mm_cmpeq_epi8(a, b) : _mm_cmpeq_epi16(a, b);
+}
+#endif
+
 // The first position at or behind `from` that holds one of `wanted`, or the text's length.
 //
 //   scan::findAny(text, 0, u'\\', u'{', u'}')
@@ -26,19 +42,12 @@ template <class Char, class... Wanted>
   size_t at = from;
 #if defined(__SSE2__)
   constexpr size_t kBlock = 16 / sizeof(Char);
-  const auto spread = [](Char c) {
-    return sizeof(Char) == 1 ? _mm_set1_epi8(static_cast<char>(c))
-                             : _mm_set1_epi16(static_cast<int16_t>(c));
-  };
-  const auto equal = [](__m128i a, __m128i b) {
-    return sizeof(Char) == 1 ? _mm_cmpeq_epi8(a, b) : _mm_cmpeq_epi16(a, b);
-  };
   const __m128i patterns[] = {spread(static_cast<Char>(wanted))...};
   for (; at + kBlock <= size; at += kBlock) {
     const auto block = _mm_loadu_si128(reinterpret_cast<const __m128i*>(data + at));
-    __m128i hits = equal(block, patterns[0]);
+    __m128i hits = equal<Char>(block, patterns[0]);
     for (size_t i = 1; i < sizeof...(wanted); ++i) {
-      hits = _mm_or_si128(hits, equal(block, patterns[i]));
+      hits = _mm_or_si128(hits, equal<Char>(block, patterns[i]));
     }
     if (const int mask = _mm_movemask_epi8(hits)) {
       return at + static_cast<size_t>(__builtin_ctz(mask)) / sizeof(Char);
@@ -65,14 +74,11 @@ template <class Char>
   size_t at = from;
 #if defined(__SSE2__)
   constexpr size_t kBlock = 16 / sizeof(Char);
-  const __m128i pattern = sizeof(Char) == 1 ? _mm_set1_epi8(static_cast<char>(wanted))
-                                            : _mm_set1_epi16(static_cast<int16_t>(wanted));
+  const __m128i pattern = spread(wanted);
   for (; at + kBlock <= text.size(); at += kBlock, out += kBlock) {
     const auto block = _mm_loadu_si128(reinterpret_cast<const __m128i*>(data + at));
     _mm_storeu_si128(reinterpret_cast<__m128i*>(out), block);
-    const __m128i hits =
-        sizeof(Char) == 1 ? _mm_cmpeq_epi8(block, pattern) : _mm_cmpeq_epi16(block, pattern);
-    if (const int mask = _mm_movemask_epi8(hits))
+    if (const int mask = _mm_movemask_epi8(equal<Char>(block, pattern)))
       return at + static_cast<size_t>(__builtin_ctz(mask)) / sizeof(Char);
   }
 #endif

@@ -4,9 +4,7 @@
 #include <cstdint>
 #include <cstring>
 
-#if defined(__SSE2__)
-#include <emmintrin.h>
-#endif
+#include "platform/foundation/scan.h"
 
 namespace kelspar {
 
@@ -22,19 +20,13 @@ size_t findEnds(std::basic_string_view<Char> needle, std::basic_string_view<Char
   size_t at = from;
 #if defined(__SSE2__)
   constexpr size_t kBlock = 16 / sizeof(Char);
-  const auto spread = [](Char c) {
-    return sizeof(Char) == 1 ? _mm_set1_epi8(static_cast<char>(c))
-                             : _mm_set1_epi16(static_cast<int16_t>(c));
-  };
-  const auto equal = [](__m128i a, __m128i b) {
-    return sizeof(Char) == 1 ? _mm_cmpeq_epi8(a, b) : _mm_cmpeq_epi16(a, b);
-  };
-  const __m128i firsts = spread(first), lasts = spread(last);
+  const __m128i firsts = scan::spread(first), lasts = scan::spread(last);
   for (; at + kBlock <= behind; at += kBlock) {
     const auto load = [&](size_t position) {
       return _mm_loadu_si128(reinterpret_cast<const __m128i*>(text.data() + position));
     };
-    const __m128i hits = _mm_and_si128(equal(load(at), firsts), equal(load(at + reach), lasts));
+    const __m128i hits = _mm_and_si128(scan::equal<Char>(load(at), firsts),
+                                       scan::equal<Char>(load(at + reach), lasts));
     if (const int mask = _mm_movemask_epi8(hits)) {
       return at + static_cast<size_t>(__builtin_ctz(mask)) / sizeof(Char);
     }
