@@ -1,5 +1,6 @@
 // What mail asks of text: charset labels, transfer decodings, encoded words, HTML to plain text and
-// back, addresses. All operations are stateless and linear in the receiver; any thread may call.
+// back, addresses. All operations are stateless and, where nothing else is said, linear in the
+// receiver; any thread may call.
 #pragma once
 
 #include "platform/foundation/foundation.h"
@@ -50,6 +51,11 @@ namespace kelspar::WebKelsparNSStringAdditions {
 
 // Decimal references with an escaped ampersand ("&amp;#233;", "&amp;233;") as the unit of that
 // number, cut to 16 bits. Others stay. nil for nil.
+//
+// Each reference is replaced in turn over the whole text, and sees what those before it made. Where
+// the units put in could complete a further reference ("&", "#", ";", digits, blanks, the letters
+// of "amp") a turn costs the text's length; texts that would take more than 5e8 units of it, no
+// mail's, are read in one pass instead, which does not see what it made.
 [[nodiscard]] NSString decodeHTMLFormattingTags(const NSString& receiver);
 
 // HTML to text; "" for nil, empty and text with lone surrogates (but for the fallback).
