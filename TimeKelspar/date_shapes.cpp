@@ -73,7 +73,7 @@ class Scanner {
       letter = static_cast<char16_t>(peek(&letter - letters.data()) | 0x20);
     const auto wanted = std::u16string_view(letters.data(), letters.size());
     for (size_t i = 0; i < names.size(); i += 3) {
-      if (names.substr(i, 3) != wanted || peek(2) >= 0x80) continue;
+      if (names.substr(i, 3) != wanted) continue;
       *index = static_cast<int>(i / 3);
       at_ += 3;
       return *this;

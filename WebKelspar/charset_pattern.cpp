@@ -1,3 +1,4 @@
+// A charset found in HTML by the caller's own pattern.
 #include <algorithm>
 #include <cstring>
 

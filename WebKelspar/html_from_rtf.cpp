@@ -1,3 +1,4 @@
+// Rich text to HTML: the reader and the writer are platform/richtext's.
 #include "WebKelspar/WebKelspar.h"
 #include "platform/richtext/NSAttributedString.h"
 #include "platform/richtext/html_writer.h"

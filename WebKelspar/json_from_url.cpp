@@ -1,3 +1,4 @@
+// A list fetched as JSON: loading and parsing are platform/loading's.
 #include "WebKelspar/WebKelspar.h"
 #include "platform/loading/json_reader.h"
 #include "platform/loading/url_loader.h"

@@ -53,6 +53,8 @@ constexpr LabelRow kRows[] = {
     {"windows-874", "windows-874", "dos-874 iso-8859-11 iso8859-11 iso885911 tis-620 windows-874"},
     {"windows-1250", "windows-1250", "cp1250 windows-1250 x-cp1250"},
     {"windows-1251", "windows-1251", "cp1251 windows-1251 x-cp1251"},
+    // The standard decodes ISO-8859-1 so, and the five bytes that the page leaves undefined as C1
+    // controls.
     {"windows-1252", "windows-1252",
      "ansi_x3.4-1968 ascii cp1252 cp819 csisolatin1 ibm819 iso-8859-1 iso-ir-100 iso8859-1 "
      "iso88591 iso_8859-1 iso_8859-1:1987 l1 latin1 us-ascii windows-1252 x-cp1252"},
@@ -157,7 +159,7 @@ NSString unlabelled(std::string_view bytes) {
   return NSString(std::move(units));
 }
 
-// A lone ISO-8859-1 label means Windows-1252, whose five undefined bytes are controls there.
+// Bytes that are not valid under their label but are UTF-8 were labelled wrongly.
 NSString decoded(const char* converter, std::string_view bytes) {
   std::u16string units;
   if (convertWithICU(converter, bytes, Malformed::stop, &units))
@@ -188,9 +190,9 @@ NSString textUnderCharsetLabel(const NSData& bytes, const NSString& label) {
   if (isASCIILabel(key)) return unlabelled(bytes.chars());
   if (const auto found = labels().find(key); found != labels().end()) {
     const char* converter = found->second->converter;
-    const bool isUnmarkedUTF16 = key == "utf-16" && bytes.length() >= 2 &&
-                                 bytes.bytes()[0] == 0xFE && bytes.bytes()[1] == 0xFF;
-    return decoded(isUnmarkedUTF16 ? "utf-16be" : converter, bytes.chars());
+    // "UTF-16" is little-endian, but for a mark that says otherwise.
+    const bool isMarkedBig = key == "utf-16" && bytes.chars().starts_with("\xFE\xFF");
+    return decoded(isMarkedBig ? "utf-16be" : converter, bytes.chars());
   }
   const int number = pageNumber(key);
   if (!CodePage::known(number)) return unlabelled(bytes.chars());

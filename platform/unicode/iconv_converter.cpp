@@ -1,3 +1,4 @@
+// Converters of the C library, one a thread and direction, kept open.
 #include "platform/unicode/iconv_converter.h"
 
 #include <glib.h>

@@ -7,9 +7,8 @@
 
 namespace kelspar {
 
-// Appends the text of `bytes` to `*out`. Strict: stops at the first invalid sequence and returns
-// false; lenient: writes U+FFFD for it and always returns true. False, too, when ICU has no such
-// converter.
+// Appends the text of `bytes` to `*out`. `stop`: false at the first invalid sequence; `replace`:
+// writes U+FFFD for it and goes on. False also when ICU has no such converter.
 enum class Malformed { stop, replace };
 bool convertWithICU(const char* converter, std::string_view bytes, Malformed malformed,
                     std::u16string* out);
