@@ -2,6 +2,7 @@
 #include <algorithm>
 
 #include "MailKelspar/MailKelspar.h"
+#include "platform/foundation/ascii.h"
 #include "platform/richtext/rtf_reader.h"
 
 namespace kelspar {
@@ -10,9 +11,8 @@ namespace {
 
 bool startsWithIgnoringCase(std::u16string_view text, std::u16string_view lowerCase) {
   return text.size() >= lowerCase.size() &&
-         std::equal(lowerCase.begin(), lowerCase.end(), text.begin(), [](char16_t l, char16_t c) {
-           return l == (c >= u'A' && c <= u'Z' ? c | 0x20 : c);
-         });
+         std::equal(lowerCase.begin(), lowerCase.end(), text.begin(),
+                    [](char16_t l, char16_t c) { return l == ascii::lower(c); });
 }
 
 bool isLabelCharacter(char16_t c) {

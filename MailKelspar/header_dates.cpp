@@ -5,6 +5,9 @@
 #include <string>
 
 #include "MailKelspar/MailKelspar.h"
+#include "TimeKelspar/TimeKelspar.h"
+#include "platform/calendar/wall_clock.h"
+#include "platform/foundation/ascii.h"
 
 namespace kelspar {
 
@@ -46,23 +49,10 @@ std::string plain(const NSString& value) {
       --depth;
       text += ' ';
     } else if (depth == 0) {
-      text += c >= 'A' && c <= 'Z' ? static_cast<char>(c | 0x20) : c;
+      text += ascii::lower(c);
     }
   }
   return text;
-}
-
-int64_t daysBefore(int64_t year, int month, int day) {  // 1970-01-01 is 0 (proleptic Gregorian)
-  year -= month <= 2;
-  const int64_t era = (year >= 0 ? year : year - 399) / 400;
-  const int64_t yearOfEra = year - era * 400;
-  const int64_t dayOfYear = (153 * (month + (month > 2 ? -3 : 9)) + 2) / 5 + day - 1;
-  return era * 146097 + yearOfEra * 365 + yearOfEra / 4 - yearOfEra / 100 + dayOfYear - 719468;
-}
-
-int daysIn(int64_t year, int month) {
-  if (month == 2) return year % 4 == 0 && (year % 100 != 0 || year % 400 == 0) ? 29 : 28;
-  return month == 4 || month == 6 || month == 9 || month == 11 ? 30 : 31;
 }
 
 class DateWords {
@@ -185,9 +175,10 @@ class DateWords {
 
   [[nodiscard]] std::optional<int64_t> result() const {
     if (!day_ || !month_ || !year_) return {};
-    if (*month_ < 1 || *month_ > 12 || *day_ < 1 || *day_ > daysIn(*year_, *month_)) return {};
+    if (!TimeKelspar::dateIsValidWithDay(*day_, *month_, *year_)) return {};
     if (hour_ > 23 || minute_ > 59 || minute_ < 0 || second_ > 60 || second_ < 0) return {};
-    const int64_t minutes = (daysBefore(*year_, *month_, *day_) * 24 + hour_) * 60 + minute_;
+    const int64_t minutes =
+        (calendar::daysFromCivil(*year_, *month_, *day_) * 24 + hour_) * 60 + minute_;
     return (minutes - offset_) * 60 + second_;
   }
 

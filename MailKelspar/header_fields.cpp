@@ -6,6 +6,7 @@
 
 #include "MailKelspar/MailKelspar.h"
 #include "MailKelspar/header_words.h"
+#include "platform/foundation/ascii.h"
 #include "platform/foundation/hex.h"
 
 namespace kelspar {
@@ -16,17 +17,7 @@ constexpr int kMostPieces = 1000;
 
 bool isBlank(char c) { return c == ' ' || c == '\t' || c == '\r' || c == '\n'; }
 
-std::string_view trimmed(std::string_view text) {
-  while (!text.empty() && isBlank(text.front())) text.remove_prefix(1);
-  while (!text.empty() && isBlank(text.back())) text.remove_suffix(1);
-  return text;
-}
-
-std::string lowerCase(std::string_view text) {
-  std::string lower(text);
-  for (char& c : lower) c = c >= 'A' && c <= 'Z' ? static_cast<char>(c | 0x20) : c;
-  return lower;
-}
+std::string_view trimmed(std::string_view text) { return ascii::trimmed(text, isBlank); }
 
 // The place behind the quoted string that begins at `at`; what is inside, unescaped, to `*content`.
 size_t readQuoted(std::string_view text, size_t at, std::string* content) {
@@ -88,7 +79,7 @@ Parameter readParameter(std::string_view text, size_t* at) {
       }
     }
   }
-  parameter.name = lowerCase(trimmed(parameter.name));
+  parameter.name = ascii::lowerCase(trimmed(parameter.name));
   if (!quoted) parameter.value = trimmed(parameter.value);
   return parameter;
 }
@@ -284,7 +275,7 @@ NSString MailKelspar::bareContentIdentifier(const NSString& value) {
   std::string text = value.utf8();
   while (!text.empty() && text.back() == '\0') text.pop_back();
   std::string_view bare = trimmed(text);
-  if (lowerCase(bare.substr(0, 4)) == "cid:") bare.remove_prefix(4);
+  if (ascii::lowerCase(bare.substr(0, 4)) == "cid:") bare.remove_prefix(4);
   if (bare.starts_with('<')) bare.remove_prefix(1);
   if (bare.ends_with('>')) bare.remove_suffix(1);
   const NSString identifier(unescaped(trimmed(bare)));

@@ -4,6 +4,8 @@
 #include <algorithm>
 #include <iterator>
 
+#include "platform/foundation/ascii.h"
+
 namespace kelspar::safe {
 
 namespace {
@@ -78,19 +80,9 @@ constexpr std::u16string_view kProperties[] = {
 };
 static_assert(std::ranges::is_sorted(kProperties));
 
-bool isBlank(char16_t c) { return c == u' ' || (c >= u'\t' && c <= u'\r'); }
+bool isBlank(char16_t c) { return ascii::isSpace(c); }
 
-std::u16string_view trimmed(std::u16string_view text) {
-  while (!text.empty() && isBlank(text.front())) text.remove_prefix(1);
-  while (!text.empty() && isBlank(text.back())) text.remove_suffix(1);
-  return text;
-}
-
-std::u16string lowerCase(std::u16string_view text) {
-  std::u16string lower(text);
-  for (char16_t& c : lower) c = c >= u'A' && c <= u'Z' ? static_cast<char16_t>(c | 0x20) : c;
-  return lower;
-}
+std::u16string_view trimmed(std::u16string_view text) { return ascii::trimmed(text, isBlank); }
 
 std::u16string withoutComments(std::u16string_view css) {
   std::u16string plain;
@@ -147,9 +139,9 @@ size_t remoteAddresses(std::u16string_view css) {
 void appendDeclaration(std::u16string_view declaration, std::u16string* out, size_t* removed) {
   const size_t colon = declaration.find(u':');
   if (colon == declaration.npos) return;
-  const std::u16string property = lowerCase(trimmed(declaration.substr(0, colon)));
+  const std::u16string property = ascii::lowerCase(trimmed(declaration.substr(0, colon)));
   const std::u16string_view value = trimmed(declaration.substr(colon + 1));
-  const std::u16string lower = lowerCase(value);
+  const std::u16string lower = ascii::lowerCase(value);
   const size_t remote = remoteAddresses(value);
   *removed += remote;
   if (remote > 0) return;

@@ -5,7 +5,9 @@
 
 #include "MailKelspar/MailKelspar.h"
 #include "MailKelspar/safe_css.h"
+#include "platform/foundation/ascii.h"
 #include "platform/richtext/html_tokenizer.h"
+#include "platform/richtext/html_writer.h"
 
 namespace kelspar {
 
@@ -47,17 +49,9 @@ static_assert(std::ranges::is_sorted(kAttributes));
 // What a browser would fetch without being asked to, besides links of some elements.
 constexpr std::u16string_view kFetching[] = {u"background", u"data",   u"dynsrc", u"lowsrc",
                                              u"poster",     u"srcset", u"src"};
-constexpr std::u16string_view kLinkSchemes[] = {u"http:", u"https:", u"mailto:",
-                                                u"tel:",  u"ftp:",   u"cid:"};
 constexpr std::u16string_view kImageTypes[] = {
     u"data:image/png;",  u"data:image/jpeg;", u"data:image/gif;",   u"data:image/jpg;",
     u"data:image/webp;", u"data:image/bmp;",  u"data:image/x-icon;"};
-
-std::u16string lowerCase(std::u16string_view text) {
-  std::u16string lower(text);
-  for (char16_t& c : lower) c = c >= u'A' && c <= u'Z' ? static_cast<char16_t>(c | 0x20) : c;
-  return lower;
-}
 
 // As a browser reads an address: controls and blanks around it and line ends inside are nothing.
 std::u16string address(std::u16string_view raw) {
@@ -71,7 +65,7 @@ std::u16string address(std::u16string_view raw) {
 
 template <class List>
 bool beginsWithOneOf(std::u16string_view text, const List& list) {
-  const std::u16string lower = lowerCase(text.substr(0, 32));
+  const std::u16string lower = ascii::lowerCase(text.substr(0, 32));
   return std::ranges::any_of(list, [&](std::u16string_view prefix) {
     return std::u16string_view(lower).starts_with(prefix);
   });
@@ -175,7 +169,7 @@ class SafeWriter {
   // An element that is left out altogether may have wanted something from the network.
   void countRemote(Tag tag) {
     for (const Attribute& each : tokens_.attributes()) {
-      const std::u16string name = lowerCase(each.name);
+      const std::u16string name = ascii::lowerCase(each.name);
       const bool isLink = name == u"href" || name == u"xlink:href";
       if (isLink ? tag != Tag::a && tag != Tag::area && tag != Tag::base
                  : std::ranges::find(kFetching, name) != std::end(kFetching)) {
@@ -207,13 +201,13 @@ class SafeWriter {
   }
 
   void attribute(Tag tag, const Attribute& each) {
-    const std::u16string name = lowerCase(each.name);
+    const std::u16string name = ascii::lowerCase(each.name);
     if (name == u"style") {
       const std::u16string kept = safe::declarations(each.value(), &removed_);
       if (!kept.empty()) append(name, kept);
     } else if (name == u"href" && tag == Tag::a) {
       const std::u16string link = address(each.value());
-      if (beginsWithOneOf(link, kLinkSchemes)) append(name, link);
+      if (hasSafeScheme(link)) append(name, link);
     } else if (name == u"src" && tag == Tag::img) {
       image(each.value());
     } else if (std::ranges::find(kFetching, name) != std::end(kFetching)) {

@@ -5,6 +5,7 @@
 #include <string>
 
 #include "MailKelspar/MailKelspar.h"
+#include "platform/foundation/ascii.h"
 #include "platform/foundation/base64.h"
 #include "platform/foundation/hex.h"
 #include "platform/foundation/scan.h"
@@ -86,7 +87,7 @@ NSData MailKelspar::decodeTransfer(const NSData& body, const NSString& encoding)
   if (!body) return nil;
   std::string name = encoding.utf8();
   std::erase_if(name, [](char c) { return c == ' ' || c == '\t' || c == '\r' || c == '\n'; });
-  for (char& c : name) c = c >= 'A' && c <= 'Z' ? static_cast<char>(c | 0x20) : c;
+  name = ascii::lowerCase(std::string_view(name));
   if (name == "base64") return base64::decodeLenient(body.chars(), base64::AtPadding::goOn);
   if (name == "quoted-printable") return fromQuotedPrintable(body.chars());
   if (name == "x-uuencode" || name == "uuencode" || name == "x-uue") {

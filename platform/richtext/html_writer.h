@@ -16,6 +16,10 @@ namespace kelspar {
 // nil for nil. Linear in the text, its runs and its images.
 [[nodiscard]] NSString htmlFromAttributedString(const NSAttributedString& text);
 
+// Whether a link begins with one of the schemes that may be linked to: http, https, mailto, tel,
+// ftp and cid, in any case.
+[[nodiscard]] bool hasSafeScheme(std::u16string_view link);
+
 // Whether text may be linked to this: one of the schemes above, or a place in the document ("#"),
 // without controls, line ends and what is no character.
 [[nodiscard]] bool isSafeLink(std::u16string_view link);

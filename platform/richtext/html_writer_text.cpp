@@ -24,10 +24,14 @@ bool startsWithScheme(std::u16string_view link, std::u16string_view scheme) {
 
 }  // namespace
 
+bool hasSafeScheme(std::u16string_view link) {
+  return std::ranges::any_of(kSchemes, [&](auto scheme) { return startsWithScheme(link, scheme); });
+}
+
 bool isSafeLink(std::u16string_view link) {
   if (!html::isWritable(link) || link.ends_with(u' ')) return false;
   if (link.starts_with(u'#')) return true;
-  return std::ranges::any_of(kSchemes, [&](auto scheme) { return startsWithScheme(link, scheme); });
+  return hasSafeScheme(link);
 }
 
 namespace html {

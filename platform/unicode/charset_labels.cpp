@@ -5,6 +5,7 @@
 #include <string>
 #include <unordered_map>
 
+#include "platform/foundation/ascii.h"
 #include "platform/unicode/code_pages.h"
 #include "platform/unicode/icu_converter.h"
 
@@ -114,16 +115,11 @@ const Labels& labels() {
 }
 
 std::string normalized(const NSString& label) {
-  std::string text = label.utf8();
+  const std::string text = label.utf8();
   const auto isBlank = [](char c) {
     return c == '\0' || std::string_view(" \t\r\n\f\"'").find(c) != std::string_view::npos;
   };
-  while (!text.empty() && isBlank(text.back())) text.pop_back();
-  text.erase(text.begin(), std::ranges::find_if_not(text, isBlank));
-  std::ranges::transform(text, text.begin(), [](char c) {
-    return c >= 'A' && c <= 'Z' ? static_cast<char>(c | 0x20) : c;
-  });
-  return text;
+  return ascii::lowerCase(ascii::trimmed(std::string_view(text), isBlank));
 }
 
 // 0 when the label is no number.
@@ -140,10 +136,6 @@ int pageNumber(std::string_view label) {
 
 bool isASCIILabel(std::string_view label) {
   return label == "us-ascii" || label == "ascii" || label == "ansi_x3.4-1968" || label == "20127";
-}
-
-bool isASCII(std::string_view bytes) {
-  return std::ranges::all_of(bytes, [](char c) { return (c & 0x80) == 0; });
 }
 
 NSString withoutMark(std::u16string&& text) {
@@ -164,7 +156,7 @@ NSString decoded(const char* converter, std::string_view bytes) {
   std::u16string units;
   if (convertWithICU(converter, bytes, Malformed::stop, &units))
     return withoutMark(std::move(units));
-  if (const NSString text = NSString::fromUTF8(bytes); text && !isASCII(bytes)) {
+  if (const NSString text = NSString::fromUTF8(bytes); text && !ascii::isAll(bytes)) {
     return withoutMark(std::u16string(text.view()));
   }
   units.clear();

@@ -1,4 +1,5 @@
 // MATCHES: by comparison where pattern and text are plain, by ICU otherwise.
+#include "platform/foundation/ascii.h"
 #include "platform/unicode/NSPredicate.h"
 
 #include <unicode/normalizer2.h>
@@ -11,18 +12,12 @@ namespace kelspar {
 
 namespace {
 
-bool isAscii(std::u16string_view text) {
-  return std::ranges::all_of(text, [](char16_t c) { return c < 0x80; });
-}
-
-char16_t lower(char16_t c) { return static_cast<char16_t>(c >= u'A' && c <= u'Z' ? c | 0x20 : c); }
-
 // What "." does not match in ICU, as far as it is ASCII.
 bool isLineEnd(char16_t c) { return c >= u'\n' && c <= u'\r'; }
 
 NSString withoutMarks(const NSString& text) {
   const auto units = text.view();
-  if (isAscii(units) || units.size() > INT32_MAX / 4) return text;
+  if (ascii::isAll(units) || units.size() > INT32_MAX / 4) return text;
   UErrorCode error = U_ZERO_ERROR;
   const auto* decomposer = icu::Normalizer2::getNFDInstance(error);
   if (U_FAILURE(error)) return text;
@@ -46,7 +41,7 @@ NSPredicate NSPredicate::matches(const NSString& pattern, uint8_t options) {
   const auto units = result.pattern_.view();
   constexpr std::u16string_view kMetacharacters = u"*?+[](){}^$|\\";
   result.isLiteral_ =
-      result.pattern_ && isAscii(units) && units.find_first_of(kMetacharacters) == units.npos;
+      result.pattern_ && ascii::isAll(units) && units.find_first_of(kMetacharacters) == units.npos;
   const bool ignoresCase = options & caseInsensitive;
   result.expression_ = NSRegularExpression::withPattern(
       result.pattern_,
@@ -60,14 +55,14 @@ bool NSPredicate::evaluateLiteral(std::u16string_view text) const {
   return text.size() == units.size() &&
          std::equal(text.begin(), text.end(), units.begin(), [&](char16_t c, char16_t wanted) {
            if (wanted == u'.') return !isLineEnd(c);
-           return ignoresCase ? lower(c) == lower(wanted) : c == wanted;
+           return ignoresCase ? ascii::lower(c) == ascii::lower(wanted) : c == wanted;
          });
 }
 
 bool NSPredicate::evaluate(const NSString& text) const {
   if (!text) return false;
   const NSString subject = options_ & diacriticInsensitive ? withoutMarks(text) : text;
-  if (isLiteral_ && isAscii(subject)) return evaluateLiteral(subject);
+  if (isLiteral_ && ascii::isAll(subject)) return evaluateLiteral(subject);
   return expression_.matchesWhole(subject);
 }
 

@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <memory>
 
+#include "platform/foundation/ascii.h"
 #include "platform/unicode/text_search.h"
 
 namespace kelspar {
@@ -16,16 +17,10 @@ namespace {
 
 using Mapping = int32_t (*)(char16_t*, int32_t, const char16_t*, int32_t, const char*, UErrorCode*);
 
-bool isAscii(std::u16string_view text) {
-  char16_t all = 0;
-  for (const char16_t unit : text) all |= unit;
-  return all < 0x80;
-}
-
 NSString mapCase(const NSString& text, Mapping map, char16_t first) {
   const auto units = text.view();
   const auto changes = [first](char16_t c) { return c >= first && c < first + 26; };
-  if (isAscii(units)) {
+  if (ascii::isAll(units)) {
     if (std::ranges::none_of(units, changes)) return text;
     return NSString::build(units.size(), [&](char16_t* out) {
       for (const char16_t c : units) *out++ = static_cast<char16_t>(c ^ (changes(c) ? 0x20 : 0));
@@ -84,10 +79,8 @@ class FoldTable {
 // Appends the fold of `text`. `*sources` gets the map once there is need of one.
 void fold(std::u16string_view text, std::u16string* out, std::vector<size_t>* sources) {
   out->resize(text.size());
-  if (isAscii(text)) {
-    std::ranges::transform(text, out->begin(), [](char16_t c) {
-      return static_cast<char16_t>(c >= u'A' && c <= u'Z' ? c | 0x20 : c);
-    });
+  if (ascii::isAll(text)) {
+    std::ranges::transform(text, out->begin(), ascii::lower<char16_t>);
     return;
   }
   const FoldTable& table = FoldTable::shared();
