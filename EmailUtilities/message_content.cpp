@@ -1,6 +1,8 @@
 // Builds the displayable content: images are inserted from the last to the first, so that earlier
 // positions stay valid.
 #include <algorithm>
+#include <map>
+#include <string>
 
 #include "EmailUtilities/EmailUtilities.h"
 #include "StringKelspar/StringKelspar.h"
@@ -18,20 +20,56 @@ bool isRemote(const NSString& source) {
   return source.length() >= 8 && (source.hasPrefix(u"https://") || source.hasPrefix(u"http://"));
 }
 
-// The first attachment whose content identifier fits; nil without one.
-NSDictionary attachmentFor(const NSString& source, const NSArray& attachments) {
-  const NSPredicate fits = NSPredicate::matches(
-      source, NSPredicate::caseInsensitive | NSPredicate::diacriticInsensitive);
-  for (const id& element : attachments) {
-    const auto attachment = element.as<NSDictionary>();
-    if (attachment && fits.evaluate(attachment.objectForKey<NSString>(u"AttachContentID"))) {
-      return attachment;
-    }
-  }
-  return nil;
-}
+// The pictures of one message by their sources. Each source is looked up once, and all of them
+// together cost what honest messages never come near: a hostile source is an expression that takes
+// seconds on one identifier.
+class Pictures {
+ public:
+  explicit Pictures(const NSArray& attachments) : attachments_(attachments) {}
 
-void insertImage(const NSDictionary& record, const NSArray& lineStarts, const NSArray& attachments,
+  // One character; nil without a picture.
+  const NSAttributedString& find(const NSString& source) {
+    const auto [known, isNew] = known_.try_emplace(std::u16string(source.view()));
+    if (isNew) known->second = pictureOf(attachmentFor(source));
+    return known->second;
+  }
+
+ private:
+  // The first attachment whose content identifier fits; nil without one.
+  NSDictionary attachmentFor(const NSString& source) {
+    const NSPredicate fits = NSPredicate::matches(
+        source, NSPredicate::caseInsensitive | NSPredicate::diacriticInsensitive);
+    for (const id& element : attachments_) {
+      const auto attachment = element.as<NSDictionary>();
+      if (!attachment) continue;
+      const auto identifier = attachment.objectForKey<NSString>(u"AttachContentID");
+      if (!canCompare(identifier)) return nil;
+      if (fits.evaluate(identifier, &steps_)) return attachment;
+    }
+    return nil;
+  }
+
+  bool canCompare(const NSString& identifier) {
+    constexpr size_t kUnitsForOne = 64;
+    const size_t cost = 1 + identifier.length() / kUnitsForOne;
+    if (cost > comparisons_) return false;
+    comparisons_ -= cost;
+    return true;
+  }
+
+  static NSAttributedString pictureOf(const NSDictionary& attachment) {
+    const NSImage image = NSImage::initWithData(attachment.objectForKey<NSData>(u"data"));
+    if (!image || image.width() <= 0 || image.height() <= 0) return nil;
+    return image.createAttributedString();
+  }
+
+  NSArray attachments_;
+  std::map<std::u16string, NSAttributedString> known_;
+  size_t comparisons_ = 1'000'000;
+  int32_t steps_ = 2'000;
+};
+
+void insertImage(const NSDictionary& record, const NSArray& lineStarts, Pictures* pictures,
                  NSMutableAttributedString* content) {
   const auto rawSource = record.objectForKey<NSString>(u"image source");
   if (!rawSource) return;
@@ -41,12 +79,10 @@ void insertImage(const NSDictionary& record, const NSArray& lineStarts, const NS
   if (isRemote(source)) return;
   const auto paragraph = record.objectForKey<NSNumber>(u"image location");
   const uint64_t index = std::min<uint64_t>(paragraph.unsignedLongValue(), lineStarts.count() - 1);
-  const NSDictionary attachment = attachmentFor(source, attachments);
-  if (!attachment) return;
-  const NSImage image = NSImage::initWithData(attachment.objectForKey<NSData>(u"data"));
-  if (!image || image.width() <= 0 || image.height() <= 0) return;
+  const NSAttributedString& picture = pictures->find(source);
+  if (!picture) return;
   const auto position = lineStarts.objectAtIndex(index).as<NSNumber>().unsignedLongValue();
-  content->insert(image.createAttributedString(), position);
+  content->insert(picture, position);
 }
 
 // From the end, so that what is still to be replaced stays where it was.
@@ -67,8 +103,9 @@ NSAttributedString contentOf(const NSData& rtf, const NSArray& attachments) {
   const NSArray images = WebKelspar::imageLocationsFromRTF(rtf);
   const NSArray lineStarts = StringKelspar::getLocationsOfString(u"\n"_ns, body.string());
   if (lineStarts.count() > 0) {
+    Pictures pictures(attachments);
     for (size_t i = images.count(); i-- > 0;) {
-      insertImage(images.objectAtIndex(i).as<NSDictionary>(), lineStarts, attachments, &content);
+      insertImage(images.objectAtIndex(i).as<NSDictionary>(), lineStarts, &pictures, &content);
     }
   }
   replaceLineEnds(&content);

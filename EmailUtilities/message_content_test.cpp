@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 #include "EmailUtilities/EmailUtilities.h"
 #include "platform/dispatch/dispatch.h"
 
@@ -87,6 +89,28 @@ TEST(MessageContent, UnreadableBodiesGiveTheEmptyText) {
     EXPECT_TRUE(text) << rtf;
     EXPECT_EQ(text.length(), 0u) << rtf;
   }
+}
+
+// Each pair alone would take as long as an expression is given.
+TEST(MessageContent, HostileSourcesHaveOneBudget) {
+  NSMutableArray attachments;
+  const NSString hostile{std::u16string(29, u'a')};
+  for (int i = 0; i < 1'000; ++i) attachments.addObject(attachment(hostile).objectAtIndex(0));
+  attachments.addObject(attachment(u"x"_ns).objectAtIndex(0));
+  std::string markup;
+  for (const char* source : {"x", "(a*)*b", "(a*)*b", "(a*)*c"})
+    markup += "<img src=\"cid:" + std::string(source) + "\"></p>";
+  EXPECT_EQ(build(body(markup), attachments.copy()).string(),
+            u"a\n\xFFFC"
+            u"b\nc"_ns)
+      << "plain sources need no expression";
+}
+
+TEST(MessageContent, OneSourceInManyPlaces) {
+  std::string markup;
+  for (int i = 0; i < 50; ++i) markup += "<img src=\"cid:x+\"></p>";
+  const NSAttributedString text = build(body(markup), attachment(u"xxx"_ns));
+  EXPECT_EQ(std::ranges::count(text.string().view(), u'\xFFFC'), 50);
 }
 
 TEST(MessageContent, WithoutLineEndsNoImage) {

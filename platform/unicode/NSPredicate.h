@@ -20,8 +20,8 @@ class NSPredicate {
   // empty text. Patterns without other metacharacters than "." cost no more than a comparison.
   [[nodiscard]] static NSPredicate matches(const NSString& pattern, uint8_t options = exact);
 
-  // False for nil.
-  [[nodiscard]] bool evaluate(const NSString& text) const;
+  // False for nil. `steps`: of the engine, as in NSRegularExpression::matchesWhole.
+  [[nodiscard]] bool evaluate(const NSString& text, int32_t* steps = nullptr) const;
 
  private:
   [[nodiscard]] bool evaluateLiteral(std::u16string_view text) const;

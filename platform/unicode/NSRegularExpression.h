@@ -43,8 +43,10 @@ class NSRegularExpression {
   // further match were found.
   [[nodiscard]] std::vector<Match> matches(std::u16string_view text, size_t from = 0) const;
   [[nodiscard]] std::optional<Match> firstMatch(std::u16string_view text, size_t from = 0) const;
-  // Whether the expression matches the text from its beginning to its end.
-  [[nodiscard]] bool matchesWhole(std::u16string_view text) const;
+  // Whether the expression matches the text from its beginning to its end. With `steps`, it takes
+  // no more of the engine's steps than those (1,000 are about 0.2 s) and subtracts what it took; a
+  // match that needs less than one is free.
+  [[nodiscard]] bool matchesWhole(std::u16string_view text, int32_t* steps = nullptr) const;
   // Every match replaced by the template: "$1" stands for a group, "\" takes the next unit as it
   // is. The receiver itself when nothing matches.
   [[nodiscard]] NSString stringByReplacingMatches(const NSString& text,

@@ -59,11 +59,11 @@ bool NSPredicate::evaluateLiteral(std::u16string_view text) const {
          });
 }
 
-bool NSPredicate::evaluate(const NSString& text) const {
+bool NSPredicate::evaluate(const NSString& text, int32_t* steps) const {
   if (!text) return false;
   const NSString subject = options_ & diacriticInsensitive ? withoutMarks(text) : text;
   if (isLiteral_ && ascii::isAll(subject)) return evaluateLiteral(subject);
-  return expression_.matchesWhole(subject);
+  return expression_.matchesWhole(subject, steps);
 }
 
 }  // namespace kelspar

@@ -58,5 +58,16 @@ TEST(Matches, LiteralIsWhatTheEngineSays) {
   }
 }
 
+TEST(NSPredicate, TakesNoMoreStepsThanItIsGiven) {
+  const NSString text{std::u16string(29, u'a')};
+  int32_t steps = 3;
+  EXPECT_TRUE(NSPredicate::matches(u"a+"_ns).evaluate(text, &steps));
+  EXPECT_EQ(steps, 3) << "less than a step";
+  EXPECT_FALSE(NSPredicate::matches(u"(a*)*b"_ns).evaluate(text, &steps));
+  EXPECT_EQ(steps, 0);
+  EXPECT_FALSE(NSPredicate::matches(u"a+"_ns).evaluate(text, &steps));
+  EXPECT_TRUE(NSPredicate::matches(u"."_ns).evaluate(u"a"_ns, &steps)) << "a comparison takes none";
+}
+
 }  // namespace
 }  // namespace kelspar

@@ -4,6 +4,8 @@
 #include <unicode/uregex.h>
 #include <unicode/ustring.h>
 
+#include <algorithm>
+
 namespace kelspar {
 
 namespace {
@@ -139,10 +141,23 @@ std::optional<NSRegularExpression::Match> NSRegularExpression::firstMatch(std::u
   return found;
 }
 
-bool NSRegularExpression::matchesWhole(std::u16string_view text) const {
+bool NSRegularExpression::matchesWhole(std::u16string_view text, int32_t* steps) const {
+  if (steps && *steps <= 0) return false;
   const Matcher matcher = matcherFor(compiled_.get(), text);
+  if (!matcher) return false;
   UErrorCode error = U_ZERO_ERROR;
-  return matcher && uregex_matches(matcher.get(), -1, &error) && U_SUCCESS(error);
+  int32_t taken = 0;
+  if (steps) {
+    uregex_setTimeLimit(matcher.get(), std::min(*steps, kMostSteps), &error);
+    const auto count = [](const void* context, int32_t all) -> UBool {
+      *static_cast<int32_t*>(const_cast<void*>(context)) = all;
+      return true;
+    };
+    uregex_setMatchCallback(matcher.get(), count, &taken, &error);
+  }
+  const bool isMatch = uregex_matches(matcher.get(), -1, &error) && U_SUCCESS(error);
+  if (steps) *steps -= taken;
+  return isMatch;
 }
 
 NSString NSRegularExpression::stringByReplacingMatches(const NSString& text,
