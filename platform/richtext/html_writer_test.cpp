@@ -247,5 +247,38 @@ TEST(SafeLinks, AreOfFewSchemes) {
   }
 }
 
+// Twenty places of 6 MB: the first one and 16 MB more.
+TEST(HTMLWriterImages, OneInManyPlacesIsWrittenInTheFirst) {
+  struct {
+    const char* name;
+    NSString source, pictureName, alternative;
+    std::string_view behind;
+  } const kPlaces[] = {
+      {"Named", nil, u"plan.png"_ns, nil, "<img alt=\"plan.png\" width"},
+      {"Described", nil, u"plan.png"_ns, u"Plan"_ns, "<img alt=\"Plan\" width"},
+      {"Linked", u"cid:x"_ns, u"plan.png"_ns, nil, "<img src=\"cid:x\" alt=\"\" width"},
+  };
+  for (const auto& row : kPlaces) {
+    NSTextAttachment picture;
+    picture.contents = NSData(std::string(6 << 20, 'x'));
+    picture.type = u"image/png"_ns;
+    picture.width = picture.height = 7.5;
+    picture.source = row.source;
+    picture.name = row.pictureName;
+    picture.alternative = row.alternative;
+    NSTextAttributes look;
+    look.attachment = std::make_shared<const NSTextAttachment>(picture);
+    const NSAttributedString text(NSString(std::u16string(20, u'\uFFFC')), look);
+    const std::string html = htmlFromAttributedString(text).utf8();
+    const auto count = [&](std::string_view part) {
+      size_t times = 0;
+      for (size_t at = 0; (at = html.find(part, at)) != html.npos; ++at) ++times;
+      return times;
+    };
+    EXPECT_EQ(count(";base64,"), 3u) << row.name;
+    EXPECT_EQ(count(row.behind), 17u) << row.name;
+  }
+}
+
 }  // namespace
 }  // namespace kelspar

@@ -174,7 +174,9 @@ void TextWriter::writeImage(const NSTextAttachment& image) {
   out_ += u"<img";
   const std::u16string_view source = image.source.view();
   const auto* const type = std::ranges::find(kImageTypes, image.type.view());
-  if (type != std::end(kImageTypes) && (image.contents || source.empty())) {
+  const bool isHere = type != std::end(kImageTypes) && (image.contents || source.empty());
+  NSString alternative = image.alternative;
+  if (isHere && pictures_.takes(image.contents)) {
     out_ += u" src=\"data:";
     out_ += *type;
     out_ += u";base64,";
@@ -187,9 +189,11 @@ void TextWriter::writeImage(const NSTextAttachment& image) {
     out_ += u" src=\"";
     appendEscaped(source, /*inAttribute=*/true, &out_);
     out_ += u'"';
+  } else if (isHere && alternative.length() == 0) {
+    alternative = image.name;
   }
   out_ += u" alt=\"";
-  appendEscaped(image.alternative, /*inAttribute=*/true, &out_);
+  appendEscaped(alternative, /*inAttribute=*/true, &out_);
   out_ += u'"';
 
   // Whole pixels are attributes, which mail readers know best.

@@ -9,6 +9,7 @@
 
 #include "platform/richtext/NSTextAttributes.h"
 #include "platform/richtext/html_classes.h"
+#include "platform/richtext/picture_budget.h"
 
 namespace kelspar::html {
 
@@ -44,6 +45,7 @@ class TextWriter {
 
   Classes& classes_;
   std::u16string& out_;
+  PictureBudget pictures_;
   std::unordered_map<const NSTextAttributes*, std::u16string> looks_;  // classes by address
   const NSTextAttributes* last_ = nullptr;
   const std::u16string* lastClass_ = nullptr;

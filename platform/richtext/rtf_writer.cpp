@@ -6,6 +6,7 @@
 #include <map>
 #include <string>
 
+#include "platform/richtext/picture_budget.h"
 #include "platform/richtext/rtf_escape.h"
 
 namespace kelspar {
@@ -144,13 +145,21 @@ class Writer {
     look(attributes, rtf);
     *rtf += ' ';
     if (attributes.attachment) {
-      const NSTextAttachment& image = *attributes.attachment;
-      rtf::appendPicture(image.contents.chars(),
-                         {scaled(image.width, kTwips), scaled(image.height, kTwips)}, rtf);
+      for (size_t i = 0; i < units.size(); ++i) picture(*attributes.attachment, rtf);
     } else {
       rtf::appendText(units, rtf);
     }
     *rtf += isLink ? "}}}" : "}";
+  }
+
+  void picture(const NSTextAttachment& image, std::string* rtf) {
+    if (pictures_.takes(image.contents)) {
+      rtf::appendPicture(image.contents.chars(),
+                         {scaled(image.width, kTwips), scaled(image.height, kTwips)}, rtf);
+    } else {
+      rtf::appendText(image.alternative.length() > 0 ? image.alternative.view() : image.name.view(),
+                      rtf);
+    }
   }
 
   // A field's argument: backslashes are doubled, quotation marks have an escape of URLs.
@@ -169,6 +178,7 @@ class Writer {
   const NSParagraphStyle plain_;
   std::map<std::u16string, int> fonts_;
   std::map<int, int> colors_;
+  PictureBudget pictures_;
 };
 
 }  // namespace

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -45,6 +46,9 @@ constexpr Row kRows[] = {
     {"Headings", "{\\rtf1 \\outlinelevel1 a\\par\\pard b}"},
     {"RightToLeft", "{\\rtf1 \\rtlpar a\\par\\pard b}"},
     {"Picture", "{\\rtf1 a{\\pict\\pngblip\\picwgoal400\\pichgoal300 89504e470d0a1a0a}b}"},
+    {"PictureTwice",
+     "{\\rtf1 a{\\pict\\pngblip\\picwgoal400\\pichgoal300 89504e470d0a1a0a}"
+     "{\\pict\\pngblip\\picwgoal400\\pichgoal300 89504e470d0a1a0a}b}"},
 };
 INSTANTIATE_TEST_SUITE_P(RichText, RTFWriter, testing::ValuesIn(kRows),
                          [](const auto& row) { return std::string(row.param.name); });
@@ -53,6 +57,33 @@ TEST(RTFWriterText, NilIsNilAndNothingIsADocument) {
   EXPECT_FALSE(rtfFromAttributedString(nil));
   EXPECT_EQ(NSAttributedString::initWithRTF(rtfFromAttributedString(NSAttributedString::empty())),
             NSAttributedString::empty());
+}
+
+// Twenty places of 6 MB: the first one and 16 MB more.
+TEST(RTFWriterText, APictureInManyPlacesIsWrittenInTheFirst) {
+  auto picture = std::make_shared<NSTextAttachment>();
+  picture->contents = NSData("\x89PNG\r\n\x1A\n" + std::string(6 << 20, 'x'));
+  picture->name = u"plan.png"_ns;
+  NSTextAttributes look;
+  look.attachment = picture;
+  NSMutableAttributedString text;
+  for (int i = 0; i < 20; ++i) {
+    text.append(u"\uFFFC", look);
+    text.append(u"\n", {});
+  }
+  const NSData rtf = rtfFromAttributedString(text.copy());
+  const auto count = [&](std::string_view part) {
+    size_t times = 0;
+    for (size_t at = 0; (at = rtf.chars().find(part, at)) != std::string_view::npos; ++at) ++times;
+    return times;
+  };
+  EXPECT_EQ(count("\\pngblip"), 3u);
+  EXPECT_EQ(count("plan.png"), 17u);
+  picture->alternative = u"Plan"_ns;
+  const NSAttributedString named =
+      NSAttributedString::initWithRTF(rtfFromAttributedString(text.copy()));
+  EXPECT_EQ(std::ranges::count(named.string().view(), u'\uFFFC'), 3);
+  EXPECT_NE(named.string().view().find(u"Plan\n"), std::u16string_view::npos);
 }
 
 #ifdef KELSPAR_CORPUS
