@@ -1,26 +1,19 @@
-// Formats by their first bytes. What a loader is not installed for is no image.
+// Loaders for the types that first bytes announce. What a loader is not installed for is no image.
 #include "platform/graphics/image_format.h"
 
 #include <cstdint>
+
+#include "platform/richtext/image_type.h"
 
 namespace kelspar {
 
 namespace {
 
-using namespace std::string_view_literals;
-
 constexpr ImageFormat kFormats[] = {
-    {"\x89PNG\r\n\x1A\n"sv, "png", "image/png"},
-    {"\xFF\xD8\xFF"sv, "jpeg", "image/jpeg"},
-    {"GIF87a"sv, "gif", "image/gif"},
-    {"GIF89a"sv, "gif", "image/gif"},
-    {"BM"sv, "bmp", "image/bmp"},
-    {"II*\0"sv, "tiff", "image/tiff"},
-    {"MM\0*"sv, "tiff", "image/tiff"},
-    {"\0\0\1\0"sv, "ico", "image/x-icon"},
+    {"image/png", "png"},   {"image/jpeg", "jpeg"},  {"image/gif", "gif"},   {"image/bmp", "bmp"},
+    {"image/tiff", "tiff"}, {"image/x-icon", "ico"}, {"image/webp", "webp"},
 };
-constexpr ImageFormat kWebP{"RIFF"sv, "webp", "image/webp"};
-constexpr ImageFormat kSVG{"<"sv, "svg", "image/svg+xml"};
+constexpr ImageFormat kSVG{"image/svg+xml", "svg"};
 constexpr ImageFormat kNoFormat{};
 
 // XML may have a declaration, comments and a document type in front of its root.
@@ -33,10 +26,10 @@ bool isSVG(std::string_view bytes) {
 }  // namespace
 
 const ImageFormat& imageFormatOf(std::string_view bytes) {
+  const std::string_view type = imageTypeOf(bytes);
   for (const ImageFormat& format : kFormats) {
-    if (bytes.starts_with(format.signature)) return format;
+    if (format.mimeType == type) return format;
   }
-  if (bytes.starts_with(kWebP.signature) && bytes.find("WEBP") == 8) return kWebP;
   return isSVG(bytes) ? kSVG : kNoFormat;
 }
 

@@ -6,9 +6,8 @@
 namespace kelspar {
 
 struct ImageFormat {
-  std::string_view signature;
-  const char* loader;  // GDK-PixBuf's name; null: no format
   const char* mimeType;
+  const char* loader;  // GDK-PixBuf's name; null: no format
 };
 
 // Without a loader when no format fits.

@@ -1,6 +1,9 @@
+// Escapes by which text and pictures of any kind become RTF in ASCII.
 #include "platform/richtext/rtf_escape.h"
 
 #include <cstdint>
+
+#include "platform/richtext/image_type.h"
 
 namespace kelspar::rtf {
 
@@ -28,8 +31,9 @@ void appendText(std::u16string_view text, std::string* rtf) {
 bool appendPicture(std::string_view bytes, PictureSize size, std::string* rtf) {
   constexpr char kDigits[] = "0123456789abcdef";
   constexpr size_t kBytesInLine = 64;
-  const bool isPNG = bytes.starts_with("\x89PNG");
-  if (!isPNG && !bytes.starts_with("\xFF\xD8\xFF")) return false;
+  const std::string_view type = imageTypeOf(bytes);
+  const bool isPNG = type == "image/png";
+  if (!isPNG && type != "image/jpeg") return false;
   *rtf += isPNG ? "{\\pict\\pngblip" : "{\\pict\\jpegblip";
   if (size.width > 0) *rtf += "\\picwgoal" + std::to_string(size.width);
   if (size.height > 0) *rtf += "\\pichgoal" + std::to_string(size.height);

@@ -1,24 +1,14 @@
 // Pictures: hexadecimal digits to a file that image readers know.
 #include "platform/richtext/rtf_picture.h"
 
-#include <array>
-
+#include "platform/foundation/hex.h"
 #include "platform/richtext/device_bitmap.h"
+#include "platform/richtext/image_type.h"
 #include "platform/richtext/metafile.h"
 
 namespace kelspar {
 
 namespace {
-
-constexpr auto kDigits = [] {
-  std::array<int8_t, 256> digits{};
-  digits.fill(-1);
-  for (int i = 0; i < 10; ++i) digits['0' + i] = static_cast<int8_t>(i);
-  for (int i = 0; i < 6; ++i) {
-    digits['a' + i] = digits['A' + i] = static_cast<int8_t>(10 + i);
-  }
-  return digits;
-}();
 
 // In points. A metafile's own size is in hundredths of a millimetre, a bitmap's in pixels.
 double points(int32_t wanted, int32_t size, int32_t scale, bool metafile) {
@@ -75,7 +65,7 @@ bool RTFPicture::word(int32_t word, int32_t parameter) {
 
 void RTFPicture::hex(std::string_view digits) {
   for (const char c : digits) {
-    const int digit = kDigits[static_cast<uint8_t>(c)];
+    const int digit = hexValue(c);
     if (digit < 0) continue;
     if (high_ < 0) {
       high_ = digit;
@@ -88,9 +78,9 @@ void RTFPicture::hex(std::string_view digits) {
 
 // Some writers name one kind and store another.
 RTFPicture::Kind RTFPicture::kindByBytes() const {
-  const std::string_view bytes = bytes_;
-  if (bytes.starts_with("\x89PNG\r\n\x1A\n")) return Kind::png;
-  if (bytes.starts_with("\xFF\xD8\xFF")) return Kind::jpeg;
+  const std::string_view type = imageTypeOf(bytes_);
+  if (type == "image/png") return Kind::png;
+  if (type == "image/jpeg") return Kind::jpeg;
   return kind_ == Kind::png || kind_ == Kind::jpeg ? Kind::unknown : kind_;
 }
 
