@@ -1,3 +1,4 @@
+// Bitmaps of metafiles as BMP files, and their pixels: sizes are checked before anything is made.
 #include "platform/richtext/device_bitmap.h"
 
 #include <algorithm>

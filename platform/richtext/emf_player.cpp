@@ -1,100 +1,19 @@
-// Enhanced metafiles (MS-EMF), played on a drawing; of EMF+ (MS-EMFPLUS) the images that it keeps
-// as files. Files with both kinds of records say the same in both.
+// Enhanced metafiles (MS-EMF), played on a drawing. Files that hold EMF+ records as well say the
+// same in both.
 #include <algorithm>
 #include <cmath>
 #include <map>
 #include <numbers>
 
 #include "platform/foundation/foundation.h"
-#include "platform/richtext/little_fields.h"
+#include "platform/richtext/emf_records.h"
 #include "platform/richtext/metafile.h"
-#include "platform/richtext/metafile_drawing.h"
 
 namespace kelspar {
 
 namespace {
 
-// MS-EMF 2.1.1.
-enum Record : uint32_t {
-  kHeader = 1,
-  kPolyBezier = 2,
-  kPolygon = 3,
-  kPolyline = 4,
-  kPolyBezierTo = 5,
-  kPolylineTo = 6,
-  kPolyPolyline = 7,
-  kPolyPolygon = 8,
-  kSetWindowExtent = 9,
-  kSetWindowOrigin = 10,
-  kSetViewportExtent = 11,
-  kSetViewportOrigin = 12,
-  kEndOfFile = 14,
-  kSetMapMode = 17,
-  kSetPolyFillMode = 19,
-  kSetTextAlign = 22,
-  kSetTextColor = 24,
-  kSetBackground = 25,
-  kMoveTo = 27,
-  kSaveDC = 33,
-  kRestoreDC = 34,
-  kSetWorldTransform = 35,
-  kModifyWorldTransform = 36,
-  kSelectObject = 37,
-  kCreatePen = 38,
-  kCreateBrush = 39,
-  kDeleteObject = 40,
-  kEllipse = 42,
-  kRectangle = 43,
-  kRoundRect = 44,
-  kArc = 45,
-  kChord = 46,
-  kPie = 47,
-  kLineTo = 54,
-  kBeginPath = 59,
-  kEndPath = 60,
-  kCloseFigure = 61,
-  kFillPath = 62,
-  kStrokeAndFillPath = 63,
-  kStrokePath = 64,
-  kAbortPath = 68,
-  kComment = 70,
-  kBitBlt = 76,
-  kStretchBlt = 77,
-  kMaskBlt = 78,
-  kSetDIBitsToDevice = 80,
-  kStretchDIBits = 81,
-  kCreateFont = 82,
-  kTextOut = 84,
-  kPolyBezier16 = 85,
-  kPolyPolygon16 = 91,
-  kCreateMonoBrush = 93,
-  kCreatePatternBrush = 94,
-  kExtCreatePen = 95,
-  kAlphaBlend = 114,
-  kTransparentBlt = 116,
-};
-
-// Bits that a record keeps as two parts: where the header stands, and the pixels behind it.
-std::string bitmapAt(const LittleFields& r, size_t at) {
-  return bitmapFile(r.part(r.u32(at), r.u32(at + 4)), r.part(r.u32(at + 8), r.u32(at + 12)));
-}
-
-MetafileRect rectOf(const LittleFields& r, size_t at) {
-  const double left = r.i32(at), top = r.i32(at + 4), right = r.i32(at + 8),
-               bottom = r.i32(at + 12);
-  return {std::min(left, right), std::min(top, bottom), std::abs(right - left),
-          std::abs(bottom - top)};
-}
-
-// Place and size behind each other.
-MetafileRect boxOf(const LittleFields& r, size_t place, size_t size) {
-  return {double(r.i32(place)), double(r.i32(place + 4)), double(r.i32(size)),
-          double(r.i32(size + 4))};
-}
-
-MetafilePoint pointOf(const LittleFields& r, size_t at) {
-  return {double(r.i32(at)), double(r.i32(at + 4))};
-}
+using namespace emf;
 
 class EMFPlayer {
  public:
@@ -127,7 +46,7 @@ class EMFPlayer {
     if (drawsPoints(type, r) || drawsShape(type, r) || drawsPath(type)) return;
     if (type == kTextOut) return text(r);
     if (type == kComment) return comment(r);
-    bitmap(type, r);
+    drawBitmap(type, r, &drawing_);
   }
 
   void updateMapping() {
@@ -151,11 +70,6 @@ class EMFPlayer {
                                s.viewport.left - s.window.left * across,
                                s.viewport.top - s.window.top * down};
     s.mapping = toPoints_.after(page.after(s.world));
-  }
-
-  static MetafileMapping mappingOf(const LittleFields& r, size_t at) {
-    return {r.f32(at),      r.f32(at + 4),  r.f32(at + 8),
-            r.f32(at + 12), r.f32(at + 16), r.f32(at + 20)};
   }
 
   bool setsMapping(uint32_t type, const LittleFields& r) {
@@ -258,23 +172,6 @@ class EMFPlayer {
     if (stock > kNoPen) drawing_.select(MetafileFont{});
   }
 
-  static MetafileFont fontOf(const LittleFields& r) {
-    constexpr size_t kFace = 40, kFaceUnits = 32;
-    constexpr int32_t kBold = 600;
-    MetafileFont font{.height = double(r.i32(12)),
-                      .escapement = r.i32(20) / 10.0,
-                      .bold = r.i32(28) >= kBold,
-                      .italic = r.u8(32) != 0,
-                      .underline = r.u8(33) != 0,
-                      .strikethrough = r.u8(34) != 0,
-                      .charset = int(r.u8(35)),
-                      .face = {}};
-    for (size_t i = 0; i < kFaceUnits && r.u16(kFace + 2 * i) != 0; ++i) {
-      font.face += static_cast<char16_t>(r.u16(kFace + 2 * i));
-    }
-    return font;
-  }
-
   bool makesObject(uint32_t type, const LittleFields& r) {
     constexpr uint32_t kHollow = 1, kGrey = 0xC0C0C0;
     const uint32_t number = r.u32(8);
@@ -298,19 +195,6 @@ class EMFPlayer {
       default:
         return false;
     }
-  }
-
-  static std::vector<MetafilePoint> pointsOf(const LittleFields& r, size_t at, size_t count,
-                                             bool isShort) {
-    const size_t size = isShort ? 4 : 8;
-    count = std::min(count, r.size() > at ? (r.size() - at) / size : 0);
-    std::vector<MetafilePoint> points;
-    for (size_t i = 0; i < count; ++i) {
-      const size_t place = at + i * size;
-      points.push_back(isShort ? MetafilePoint{double(r.i16(place)), double(r.i16(place + 2))}
-                               : pointOf(r, place));
-    }
-    return points;
   }
 
   // Between the beginning and the end of a path, shapes become parts of it.
@@ -445,95 +329,11 @@ class EMFPlayer {
     drawing_.text(pointOf(r, 36), units, advances);
   }
 
-  void bitmap(uint32_t type, const LittleFields& r) {
-    switch (type) {
-      case kBitBlt:
-      case kStretchBlt: {
-        const MetafileRect to = boxOf(r, 24, 32);
-        if (r.u32(88) == 0) return drawing_.paintPattern(r.u32(40), to);
-        return drawing_.bitmap(bitmapAt(r, 84), to,
-                               type == kBitBlt ? boxOf(r, 44, 32) : boxOf(r, 44, 100), r.u32(40));
-      }
-      case kStretchDIBits:
-        return drawing_.bitmap(bitmapAt(r, 48), boxOf(r, 24, 72), boxOf(r, 32, 40), r.u32(68));
-      case kSetDIBitsToDevice: {
-        MetafileRect to = boxOf(r, 24, 40);
-        return drawing_.bitmap(bitmapAt(r, 48), to, boxOf(r, 32, 40), MetafileDrawing::kSourceCopy);
-      }
-      case kMaskBlt:
-        return masked(r);
-      case kAlphaBlend:
-        return blended(r);
-      case kTransparentBlt:
-        return keyed(r);
-      default:
-        return;
-    }
-  }
-
-  // MS-EMF 2.3.1.3: where the mask is 1, the bitmap; elsewhere what was there.
-  void masked(const LittleFields& r) {
-    auto pixels = pixelsOf(bitmapAt(r, 84));
-    if (!pixels) return drawing_.paintPattern(r.u32(40), boxOf(r, 24, 32));
-    const auto mask = pixelsOf(bitmapAt(r, 112));
-    const bool fits = mask && mask->width == pixels->width && mask->height == pixels->height;
-    for (size_t i = 0; i < pixels->colors.size(); ++i) {
-      const bool isShown = !fits || (mask->colors[i] & 0xFF) >= 0x80;
-      pixels->colors[i] = isShown ? pixels->colors[i] | 0xFF000000 : 0;
-    }
-    drawing_.bitmap(std::move(*pixels), boxOf(r, 24, 32), boxOf(r, 44, 32));
-  }
-
-  // MS-EMF 2.3.1.1: colours may be premultiplied, all may be faint.
-  void blended(const LittleFields& r) {
-    auto pixels = pixelsOf(bitmapAt(r, 84));
-    if (!pixels) return;
-    const uint32_t constant = r.u8(42);
-    const bool hasAlpha = r.u8(43) == 1;
-    for (uint32_t& color : pixels->colors) {
-      const uint32_t alpha = hasAlpha ? color >> 24 : 255;
-      uint32_t plain = 0;
-      for (int shift = 0; shift < 24; shift += 8) {
-        const uint32_t channel = color >> shift & 255;
-        plain |= (alpha == 0 ? 0 : std::min(255U, channel * 255 / alpha)) << shift;
-      }
-      color = plain | (alpha * constant / 255) << 24;
-    }
-    drawing_.bitmap(std::move(*pixels), boxOf(r, 24, 32), boxOf(r, 44, 100));
-  }
-
-  void keyed(const LittleFields& r) {
-    auto pixels = pixelsOf(bitmapAt(r, 84));
-    if (!pixels) return;
-    const uint32_t key = (r.u32(40) & 255) << 16 | (r.u32(40) & 0xFF00) | (r.u32(40) >> 16 & 255);
-    for (uint32_t& color : pixels->colors) {
-      color = (color & 0xFFFFFF) == key ? 0 : color | 0xFF000000;
-    }
-    drawing_.bitmap(std::move(*pixels), boxOf(r, 24, 32), boxOf(r, 44, 100));
-  }
-
-  // MS-EMFPLUS 2.3.5.1 and 2.2.1.4: an image object whose bitmap is a whole file.
   void comment(const LittleFields& r) {
-    constexpr uint32_t kEMFPlus = 0x2B464D45, kObject = 0x4008, kImage = 5, kBitmap = 1,
-                       kCompressed = 1;
-    constexpr size_t kRecordHeader = 12;
-    if (r.u32(12) != kEMFPlus) return;
-    for (size_t at = 16; at + kRecordHeader <= r.size() && image_.empty();) {
-      const uint32_t length = r.u32(at + 4);
-      if (length < kRecordHeader) return;
-      const LittleFields object(r.part(at + kRecordHeader, length - kRecordHeader));
-      const bool isImage = r.u16(at) == kObject && (r.u16(at + 2) >> 8 & 0x7F) == kImage;
-      if (isImage && object.u32(4) == kBitmap && object.u32(24) == kCompressed) {
-        take(object.from(28));
-      }
-      if (length > r.size() - at) return;
-      at += length;
-    }
-  }
-  void take(std::string_view file) {
-    if (file.starts_with("\x89PNG\r\n\x1A\n")) imageType_ = "image/png";
-    if (file.starts_with("\xFF\xD8\xFF")) imageType_ = "image/jpeg";
-    if (!imageType_.empty()) image_ = file;
+    if (!image_.empty()) return;
+    const CommentImage found = imageInComment(r);
+    imageType_ = found.type;
+    image_ = found.file;
   }
 
   double pixelsAMillimetre_;

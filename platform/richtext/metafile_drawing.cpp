@@ -1,3 +1,4 @@
+// Shapes and texts as elements of SVG 1.1, in points; every text is escaped.
 #include "platform/richtext/metafile_drawing.h"
 
 #include <algorithm>
@@ -6,9 +7,7 @@
 #include <numbers>
 #include <utility>
 
-#include "platform/foundation/base64.h"
 #include "platform/foundation/foundation.h"
-#include "platform/richtext/little_fields.h"
 
 namespace kelspar {
 
@@ -17,34 +16,10 @@ namespace {
 constexpr double kLargest = 1e5;
 
 // MS-WMF 2.1.1.31, the low four bytes.
-constexpr uint32_t kSourceAnd = 0x008800C6, kSourcePaint = 0x00EE0086, kSourceInvert = 0x00660046,
-                   kPatternCopy = 0x00F00021, kPatternInvert = 0x005A0049, kBlackness = 0x42,
+constexpr uint32_t kPatternCopy = 0x00F00021, kPatternInvert = 0x005A0049, kBlackness = 0x42,
                    kWhiteness = 0x00FF0062;
-constexpr uint32_t kOpaque = 0xFF000000;
 
 double lengthOf(double x, double y) { return std::sqrt(x * x + y * y); }
-
-// How dark a pixel is, as the alpha of black.
-uint32_t darkness(uint32_t color) {
-  const uint32_t light = ((color >> 16 & 255) + (color >> 8 & 255) + (color & 255)) / 3;
-  return (255 - light) << 24;
-}
-
-// The part that is wanted, where it lies inside.
-Pixels cutOut(Pixels pixels, const MetafileRect& part) {
-  const int left = static_cast<int>(std::clamp(part.left, 0.0, double{1} * pixels.width));
-  const int top = static_cast<int>(std::clamp(part.top, 0.0, double{1} * pixels.height));
-  const int width = static_cast<int>(std::min(part.width, double{1} * (pixels.width - left)));
-  const int height = static_cast<int>(std::min(part.height, double{1} * (pixels.height - top)));
-  if (width <= 0 || height <= 0 || (width == pixels.width && height == pixels.height))
-    return pixels;
-  Pixels cut{width, height, {}};
-  for (ptrdiff_t y = top; y < top + height; ++y) {
-    const auto row = pixels.colors.begin() + y * pixels.width + left;
-    cut.colors.insert(cut.colors.end(), row, row + width);
-  }
-  return cut;
-}
 
 // XML 1.0, 2.2: most controls and two noncharacters are no characters.
 void appendXML(std::u16string_view text, std::string* out) {
@@ -68,60 +43,6 @@ void appendXML(std::u16string_view text, std::string* out) {
 }
 
 }  // namespace
-
-MetafileMapping MetafileMapping::after(const MetafileMapping& inner) const {
-  const MetafilePoint origin = (*this)({inner.x0, inner.y0});
-  return {xx * inner.xx + xy * inner.yx,
-          yx * inner.xx + yy * inner.yx,
-          xx * inner.xy + xy * inner.yy,
-          yx * inner.xy + yy * inner.yy,
-          origin.x,
-          origin.y};
-}
-
-void MetafilePath::polygon(std::span<const MetafilePoint> points, bool isClosed) {
-  if (points.empty()) return;
-  moveTo(points[0]);
-  for (const MetafilePoint& point : points.subspan(1)) lineTo(point);
-  if (isClosed) close();
-}
-
-void MetafilePath::arc(const MetafileRect& box, double from, double to) {
-  constexpr double kStep = std::numbers::pi / 18;
-  const double across = box.width / 2, down = box.height / 2;
-  const int steps = std::clamp(static_cast<int>(std::ceil((to - from) / kStep)), 1, 36);
-  for (int i = 0; i <= steps; ++i) {
-    const double angle = from + (to - from) * i / steps;
-    const MetafilePoint point{box.left + across * (1 + std::cos(angle)),
-                              box.top + down * (1 + std::sin(angle))};
-    places.empty() || places.back().step == Step::close ? moveTo(point) : lineTo(point);
-  }
-}
-
-void MetafilePath::arcBetween(const MetafileRect& box, MetafilePoint start, MetafilePoint end,
-                              bool isPie) {
-  const MetafilePoint middle{box.left + box.width / 2, box.top + box.height / 2};
-  const auto angleOf = [&](MetafilePoint p) {
-    return std::atan2((p.y - middle.y) * box.width, (p.x - middle.x) * box.height);
-  };
-  const double to = angleOf(start);
-  double from = angleOf(end);
-  if (from >= to) from -= 2 * std::numbers::pi;
-  if (isPie) moveTo(middle);
-  arc(box, from, to);
-}
-
-void MetafilePath::roundRect(const MetafileRect& box, double across, double down) {
-  constexpr double kQuarter = std::numbers::pi / 2;
-  across = std::min(across, box.width);
-  down = std::min(down, box.height);
-  const double right = box.left + box.width - across, bottom = box.top + box.height - down;
-  arc({right, bottom, across, down}, 0, kQuarter);
-  arc({box.left, bottom, across, down}, kQuarter, 2 * kQuarter);
-  arc({box.left, box.top, across, down}, 2 * kQuarter, 3 * kQuarter);
-  arc({right, box.top, across, down}, 3 * kQuarter, 4 * kQuarter);
-  close();
-}
 
 void MetafileDrawing::save() {
   constexpr size_t kMost = 64;
@@ -316,123 +237,12 @@ void MetafileDrawing::text(MetafilePoint at, std::u16string_view text,
   }
 }
 
-MetafileRect MetafileDrawing::placed(const MetafileRect& rect) const {
-  const MetafilePoint a = state.mapping({rect.left, rect.top});
-  const MetafilePoint b = state.mapping({rect.left + rect.width, rect.top + rect.height});
-  return {std::min(a.x, b.x), std::min(a.y, b.y), std::abs(a.x - b.x), std::abs(a.y - b.y)};
-}
-
-void MetafileDrawing::bitmap(const std::string& file, MetafileRect to, MetafileRect from,
-                             uint32_t operation) {
-  if (file.empty() || isFull()) return;
-  const MetafileRect place = placed(to);
-  if (operation == kSourceAnd) {
-    flushMask();
-    if (auto pixels = pixelsOf(file)) mask_ = {cutOut(std::move(*pixels), from), place};
-    return;
-  }
-  if (operation == kSourcePaint || operation == kSourceInvert) {
-    if (unite(file, place, from, operation)) return;
-  }
-  flushMask();
-  image(file, place, from);
-}
-
-void MetafileDrawing::bitmap(Pixels pixels, MetafileRect to, MetafileRect from) {
-  flushMask();
-  image(bitmapFile(pixels), placed(to), from);
-}
-
-// An icon comes in two parts: what of the ground stays, then what is added to it.
-bool MetafileDrawing::unite(const std::string& file, const MetafileRect& place,
-                            const MetafileRect& from, uint32_t operation) {
-  constexpr uint32_t kHalf = 0x80000000;
-  auto pixels = pixelsOf(file);
-  if (!pixels) return false;
-  *pixels = cutOut(std::move(*pixels), from);
-  const bool fits = mask_ && mask_->place == place && mask_->pixels.width == pixels->width &&
-                    mask_->pixels.height == pixels->height;
-  if (!fits && operation == kSourceInvert) return false;
-  for (size_t i = 0; i < pixels->colors.size(); ++i) {
-    uint32_t& color = pixels->colors[i];
-    const bool isShown = fits ? darkness(mask_->pixels.colors[i]) >= kHalf
-                              : (color & ~kOpaque) != 0;  // nothing is added by black
-    color = isShown ? color | kOpaque : 0;
-  }
-  if (fits) mask_.reset();
-  flushMask();
-  image(bitmapFile(*pixels), place, {});
-  return true;
-}
-
 void MetafileDrawing::beginItem() {
   flushMask();
   ++items_;
   if (whole_.empty()) return;
   const std::string file = std::exchange(whole_, {});
   write(file, wholePlace_, {});
-}
-
-// A mask alone darkens.
-void MetafileDrawing::flushMask() {
-  if (!mask_) return;
-  Mask mask = std::move(*mask_);
-  mask_.reset();
-  for (uint32_t& color : mask.pixels.colors) color = darkness(color);
-  image(bitmapFile(mask.pixels), mask.place, {});
-}
-
-void MetafileDrawing::image(const std::string& file, MetafileRect place, const MetafileRect& from) {
-  if (isFull() || !(place.width > 0) || !(place.height > 0)) return;
-  const LittleFields fields(file);
-  const double width = fields.i32(18), height = std::abs(double{1} * fields.i32(22));
-  const bool isCut =
-      from.width > 0 && from.height > 0 &&
-      (from.left != 0 || from.top != 0 || from.width < width || from.height < height);
-  constexpr double kNearly = 0.95;
-  const bool isWhole = !isCut && place.left <= size_.width * (1 - kNearly) &&
-                       place.top <= size_.height * (1 - kNearly) &&
-                       place.width >= size_.width * kNearly &&
-                       place.height >= size_.height * kNearly;
-  if (items_ == 0 && isWhole) {
-    ++items_;
-    whole_ = file;
-    wholePlace_ = place;
-    return;
-  }
-  beginItem();
-  write(file, place, isCut ? from : MetafileRect{});
-}
-
-// A part of a bitmap shows through a window.
-void MetafileDrawing::write(const std::string& file, MetafileRect place, const MetafileRect& from) {
-  const bool isCut = from.width > 0;
-  const auto box = [this](const MetafileRect& rect) {
-    attribute("x", rect.left);
-    attribute("y", rect.top);
-    attribute("width", rect.width);
-    attribute("height", rect.height);
-    svg_ += " preserveAspectRatio=\"none\"";
-  };
-  if (isCut) {
-    const LittleFields fields(file);
-    svg_ += "<svg";
-    box(place);
-    svg_ += " viewBox=\"";
-    for (const double value : {from.left, from.top, from.width, from.height}) {
-      number(value);
-      svg_ += ' ';
-    }
-    svg_ += "\">";
-    place = {0, 0, double{1} * fields.i32(18), std::abs(double{1} * fields.i32(22))};
-  }
-  svg_ += "<image";
-  box(place);
-  svg_ += " xlink:href=\"data:image/bmp;base64,";
-  const size_t before = svg_.size();
-  base64::encode(file, &svg_);
-  imageBytes_ += svg_.size() - before;
-  svg_ += isCut ? "\"/></svg>\n" : "\"/>\n";
 }
 
 MetafilePicture MetafileDrawing::finish() {
