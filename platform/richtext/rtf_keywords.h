@@ -7,7 +7,6 @@
 namespace kelspar {
 
 enum class RTFAction : uint8_t {
-  none,         // known, without effect here
   emit,         // `value` is the UTF-16 unit that the word stands for
   skip,         // a destination whose content is not shown
   show,         // a destination whose content is text, also behind "\*"

@@ -52,9 +52,8 @@ class RTFTokenizer {
   // hexadecimal escape without its two digits, are no tokens.
   RTFToken next();
 
-  // Bytes that are not read yet, and taking some of them, which must be no part of a token.
+  // Bytes that are not read yet.
   [[nodiscard]] std::string_view rest() const { return bytes_.substr(at_); }
-  void take(size_t bytes) { at_ += bytes; }
 
   // Goes on to the brace that ends the group at hand.
   void skipGroup();
