@@ -285,46 +285,56 @@ void RTFFormatter::endParagraph(int32_t depth) {
     paragraph.numbering = static_cast<uint32_t>(numberings_.size());
   }
   if (depth == 0) {
-    tables_.closeBelow(0);
-    const auto [found, isNew] =
-        numberOfStyle_.try_emplace(paragraph, static_cast<uint32_t>(styles_.size()));
-    if (isNew) styles_.push_back(makeStyle(paragraph));
-    const uint32_t style = found->second;
-    size_t start = paragraphStart_;
-    for (Span& span : spans_) {
-      auto& attributes = attributes_[uint64_t{style} << 32 | span.look];
-      if (!attributes) {
-        auto made = std::make_shared<NSTextAttributes>(attributesOf(looks_[span.look]));
-        made->paragraph = styles_[style];
-        attributes = std::move(made);
-      }
-      auto used = attributes;
-      if (span.attachment) {
-        auto attached = std::make_shared<NSTextAttributes>(*attributes);
-        attached->attachment = std::move(span.attachment);
-        used = std::move(attached);
-      }
-      if (!runs_.empty() && runs_.back().attributes == used) {
-        runs_.back().length += span.end - start;
-      } else {
-        runs_.push_back({span.end - start, std::move(used)});
-      }
-      start = span.end;
-    }
+    takeBodyRuns(paragraph);
   } else {
-    const std::shared_ptr<NSParagraphStyle> style = makeStyle(paragraph);
-    tables_.paragraph(style, depth);
-    size_t start = paragraphStart_;
-    for (Span& span : spans_) {
-      auto attributes = std::make_shared<NSTextAttributes>(attributesOf(looks_[span.look]));
-      attributes->paragraph = style;
-      attributes->attachment = std::move(span.attachment);
-      runs_.push_back({span.end - start, std::move(attributes)});
-      start = span.end;
-    }
+    takeCellRuns(paragraph, depth);
   }
   spans_.clear();
   paragraphStart_ = text_.size();
+}
+
+// Paragraphs and runs that look alike share what says so.
+void RTFFormatter::takeBodyRuns(const RTFParagraph& paragraph) {
+  tables_.closeBelow(0);
+  const auto [found, isNew] =
+      numberOfStyle_.try_emplace(paragraph, static_cast<uint32_t>(styles_.size()));
+  if (isNew) styles_.push_back(makeStyle(paragraph));
+  const uint32_t style = found->second;
+  size_t start = paragraphStart_;
+  for (Span& span : spans_) {
+    auto& attributes = attributes_[uint64_t{style} << 32 | span.look];
+    if (!attributes) {
+      auto made = std::make_shared<NSTextAttributes>(attributesOf(looks_[span.look]));
+      made->paragraph = styles_[style];
+      attributes = std::move(made);
+    }
+    auto used = attributes;
+    if (span.attachment) {
+      auto attached = std::make_shared<NSTextAttributes>(*attributes);
+      attached->attachment = std::move(span.attachment);
+      used = std::move(attached);
+    }
+    if (!runs_.empty() && runs_.back().attributes == used) {
+      runs_.back().length += span.end - start;
+    } else {
+      runs_.push_back({span.end - start, std::move(used)});
+    }
+    start = span.end;
+  }
+}
+
+// A cell's style is its own: it is filled in when the row is known.
+void RTFFormatter::takeCellRuns(const RTFParagraph& paragraph, int32_t depth) {
+  const std::shared_ptr<NSParagraphStyle> style = makeStyle(paragraph);
+  tables_.paragraph(style, depth);
+  size_t start = paragraphStart_;
+  for (Span& span : spans_) {
+    auto attributes = std::make_shared<NSTextAttributes>(attributesOf(looks_[span.look]));
+    attributes->paragraph = style;
+    attributes->attachment = std::move(span.attachment);
+    runs_.push_back({span.end - start, std::move(attributes)});
+    start = span.end;
+  }
 }
 
 std::shared_ptr<NSParagraphStyle> RTFFormatter::makeStyle(const RTFParagraph& paragraph) const {

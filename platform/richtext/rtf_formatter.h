@@ -100,6 +100,8 @@ class RTFFormatter {
   void settle();
   uint32_t numberOfLook();
   void endParagraph(int32_t depth);
+  void takeBodyRuns(const RTFParagraph& paragraph);
+  void takeCellRuns(const RTFParagraph& paragraph, int32_t depth);
   [[nodiscard]] std::shared_ptr<NSParagraphStyle> makeStyle(const RTFParagraph& paragraph) const;
   [[nodiscard]] NSTextAttributes attributesOf(const RTFLook& look) const;
   [[nodiscard]] std::optional<NSColor> color(int32_t number) const;
