@@ -129,7 +129,9 @@ class RTFReader {
   void skip();
   void enter(Destination destination);
   inline void perform(const RTFKeyword& keyword, const RTFToken& token);
+  void setState(const RTFKeyword& keyword, bool isOn);
   void destination(const RTFKeyword& keyword, const RTFToken& token);
+  void describe(const RTFKeyword& keyword, const RTFToken& token);
   inline void unicode(const RTFToken& token);
   void list(const RTFKeyword& keyword, int32_t parameter);
   void endListOfParagraph();

@@ -50,13 +50,38 @@ size_t hash(const RTFParagraph& paragraph) {
                         static_cast<int32_t>(paragraph.alignment) << 8 | paragraph.outline));
 }
 
+bool* RTFLook::flagOf(int32_t word) {
+  switch (word) {
+    case kBold:
+      return &bold;
+    case kItalic:
+      return &italic;
+    case kUnderline:
+      return &underline;
+    case kStrike:
+      return &strike;
+    case kAssociatedBold:
+      return &associatedBold;
+    case kAssociatedItalic:
+      return &associatedItalic;
+    case kDirection:
+      return &rightToLeft;
+    default:
+      return nullptr;
+  }
+}
+
 bool RTFLook::apply(int32_t word, int32_t parameter, bool isOn) {
   if (word > kDirection) return false;
+  if (style >= 0) stated |= 1u << word;
+  if (bool* const flag = flagOf(word)) {
+    *flag = isOn;
+    return true;
+  }
   const auto points = static_cast<int16_t>(parameter > 0 ? std::min(parameter, kLargest) : 24);
   const bool isStated = parameter != 0 || !isOn;
   const auto raise =
       static_cast<int16_t>(isStated ? std::clamp(parameter, -kLargest, kLargest) : kUsualRaise);
-  if (style >= 0) stated |= 1u << word;
   switch (word) {
     case kPlain: {
       const uint32_t kept = link;
@@ -64,20 +89,8 @@ bool RTFLook::apply(int32_t word, int32_t parameter, bool isOn) {
       link = kept;
       break;
     }
-    case kBold:
-      bold = isOn;
-      break;
-    case kItalic:
-      italic = isOn;
-      break;
-    case kUnderline:
-      underline = isOn;
-      break;
     case kNoUnderline:
       underline = false;
-      break;
-    case kStrike:
-      strike = isOn;
       break;
     case kSuperscript:
       script = isOn ? 1 : 0;
@@ -104,12 +117,6 @@ bool RTFLook::apply(int32_t word, int32_t parameter, bool isOn) {
     case kHighlight:
       background = parameter;
       break;
-    case kAssociatedBold:
-      associatedBold = isOn;
-      break;
-    case kAssociatedItalic:
-      associatedItalic = isOn;
-      break;
     case kAssociatedSize:
       associatedSize = points;
       break;
@@ -120,8 +127,7 @@ bool RTFLook::apply(int32_t word, int32_t parameter, bool isOn) {
       associatedFont = parameter;
       break;
     default:
-      rightToLeft = isOn;
-      break;  // kDirection
+      break;
   }
   return true;
 }

@@ -28,6 +28,10 @@ struct RTFLook {
   bool apply(int32_t word, int32_t parameter, bool isOn);
   // This look, with what another says of the rest.
   [[nodiscard]] RTFLook over(const RTFLook& base) const;
+
+ private:
+  // What a word turns on or off; null for any other.
+  bool* flagOf(int32_t word);
 };
 
 struct RTFParagraph {

@@ -325,34 +325,15 @@ void RTFReader::perform(const RTFKeyword& keyword, const RTFToken& token) {
       selectFont(keyword, token.parameter);
       break;
     case RTFAction::plain:
-      flush();
-      groups_.change().font = -1;
-      groups_.change().hidden = false;
-      if (rich_) rich_->word(kPlain, 0, true, groups_.state().destination);
-      break;
     case RTFAction::pard:
-      flush();
-      endListOfParagraph();
-      if (rich_) rich_->word(kParagraphDefault, 0, true, groups_.state().destination);
+    case RTFAction::hidden:
+    case RTFAction::direction:
+    case RTFAction::htmlRTF:
+    case RTFAction::fromHTML:
+      setState(keyword, isOn);
       break;
     case RTFAction::list:
       list(keyword, token.parameter);
-      break;
-    case RTFAction::hidden:
-      flush();
-      groups_.change().hidden = isOn;
-      break;
-    case RTFAction::direction:
-      flush();
-      groups_.change().rightToLeft = keyword.value != 0;
-      if (rich_) rich_->word(kDirection, 0, keyword.value != 0, groups_.state().destination);
-      break;
-    case RTFAction::htmlRTF:
-      flush();
-      groups_.change().htmlRTF = isOn;
-      break;
-    case RTFAction::fromHTML:
-      fromHTML_ |= isOn && groups_.depth() == 1;
       break;
     default:
       destination(keyword, token);

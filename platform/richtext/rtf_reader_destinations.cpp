@@ -145,6 +145,41 @@ void RTFReader::emitNamed(char16_t unit) {
   }
 }
 
+// A word that says how the rest of its group is to be taken.
+void RTFReader::setState(const RTFKeyword& keyword, bool isOn) {
+  switch (keyword.action) {
+    case RTFAction::plain:
+      flush();
+      groups_.change().font = -1;
+      groups_.change().hidden = false;
+      if (rich_) rich_->word(kPlain, 0, true, groups_.state().destination);
+      break;
+    case RTFAction::pard:
+      flush();
+      endListOfParagraph();
+      if (rich_) rich_->word(kParagraphDefault, 0, true, groups_.state().destination);
+      break;
+    case RTFAction::hidden:
+      flush();
+      groups_.change().hidden = isOn;
+      break;
+    case RTFAction::direction:
+      flush();
+      groups_.change().rightToLeft = keyword.value != 0;
+      if (rich_) rich_->word(kDirection, 0, keyword.value != 0, groups_.state().destination);
+      break;
+    case RTFAction::htmlRTF:
+      flush();
+      groups_.change().htmlRTF = isOn;
+      break;
+    case RTFAction::fromHTML:
+      fromHTML_ |= isOn && groups_.depth() == 1;
+      break;
+    default:
+      break;
+  }
+}
+
 void RTFReader::destination(const RTFKeyword& keyword, const RTFToken& token) {
   const Destination around = groups_.state().destination;
   const bool isBody = around == Destination::body;
@@ -191,9 +226,6 @@ void RTFReader::destination(const RTFKeyword& keyword, const RTFToken& token) {
       // A picture that a shape shows; other values are no text.
       if (!isBody || propertyName_ != kPictureOfShape) skip();
       break;
-    case RTFAction::field:
-      ++groups_.change().fields;
-      break;
     case RTFAction::instruction:
       if (isBody && purpose_ != RTFPurpose::html) {
         enter(Destination::instruction);
@@ -201,12 +233,6 @@ void RTFReader::destination(const RTFKeyword& keyword, const RTFToken& token) {
       } else {
         skip();
       }
-      break;
-    case RTFAction::fieldResult:
-      if (rich_) rich_->fieldResult();
-      break;
-    case RTFAction::nestedRow:
-      if (rich_) rich_->nestedTableProperties();
       break;
     case RTFAction::fontTable:
       if (isBody) enter(Destination::fontTable);
@@ -221,8 +247,26 @@ void RTFReader::destination(const RTFKeyword& keyword, const RTFToken& token) {
       // Inside another destination of the \upr it says nothing.
       if (groups_.state().isUpr && around == Destination::skipped) enter(groups_.state().aroundUpr);
       break;
+    default:
+      describe(keyword, token);
+      break;
+  }
+}
+
+// A word about fields, rows of tables, or the document.
+void RTFReader::describe(const RTFKeyword& keyword, const RTFToken& token) {
+  switch (keyword.action) {
+    case RTFAction::field:
+      ++groups_.change().fields;
+      break;
+    case RTFAction::fieldResult:
+      if (rich_) rich_->fieldResult();
+      break;
+    case RTFAction::nestedRow:
+      if (rich_) rich_->nestedTableProperties();
+      break;
     case RTFAction::defaultFont:
-      if (!isBody) break;
+      if (groups_.state().destination != Destination::body) break;
       defaultFont_ = token.parameter;
       if (rich_) rich_->setDefaultFont(defaultFont_);
       break;
