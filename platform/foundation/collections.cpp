@@ -29,14 +29,23 @@ NSString describeLines(char16_t open, char16_t close, std::span<const std::u16st
   return NSString(std::move(text += close));
 }
 
+struct OneDeeper {
+  OneDeeper() { ++describing; }
+  ~OneDeeper() { --describing; }
+  OneDeeper(const OneDeeper&) = delete;
+  OneDeeper& operator=(const OneDeeper&) = delete;
+};
+
 std::u16string describeElement(const id& element) {
   if (describing >= kShownDepth) return u"...";
-  ++describing;
-  std::u16string text(element.description().view());
-  --describing;
-  for (size_t at = 0; (at = text.find(u'\n', at)) != text.npos; at += 5)
-    text.insert(at + 1, u"    ");
-  return text;
+  const OneDeeper level;
+  const NSString text = element.description();
+  std::u16string_view rest = text.view();
+  std::u16string indented;
+  for (size_t end; (end = rest.find(u'\n')) != rest.npos; rest.remove_prefix(end + 1)) {
+    indented.append(rest.substr(0, end + 1)).append(u"    ");
+  }
+  return indented.append(rest);
 }
 
 class ArrayContents final : public NSObject {

@@ -1,5 +1,8 @@
 #include <gtest/gtest.h>
 
+#include <chrono>
+#include <stdexcept>
+
 #include "platform/foundation/foundation.h"
 
 namespace kelspar {
@@ -66,6 +69,34 @@ TEST(NSDictionary, IsComparedWithoutOrder) {
 TEST(Collections, DescribeThemselves) {
   const NSArray array{NSString(u"a"), NSDictionary{{u"k", NSNumber(1)}}};
   EXPECT_EQ(array.description(), NSString(u"(\n    a,\n    {\n        k = 1\n    }\n)"));
+}
+
+TEST(Collections, DescriptionsAreIndentedInLinearTime) {
+  std::vector<id> elements(160'000, NSString(u"a\nb"));
+  id value = NSArray(std::move(elements));
+  for (int depth = 0; depth < 4; ++depth) value = NSArray{std::move(value)};
+  const auto start = std::chrono::steady_clock::now();
+  const NSString text = value.description();
+  EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(3));
+  EXPECT_TRUE(text.hasPrefix(u"(\n    (\n        ("));
+  EXPECT_NE(
+      text.view().find(u"\n                    a\n                    b,\n                    a"),
+      std::u16string_view::npos);
+}
+
+class Undescribable final : public NSObject {
+ public:
+  const NSKind& kind() const override {
+    static const NSKind kind{"Undescribable"};
+    return kind;
+  }
+  NSString description() const override { throw std::runtime_error("no words"); }
+};
+
+TEST(Collections, DescriptionsThatThrowLeaveNoDepthBehind) {
+  const NSArray array{id(new Undescribable)};
+  for (int i = 0; i < 40; ++i) EXPECT_THROW((void)array.description(), std::runtime_error);
+  EXPECT_EQ(NSArray{NSString(u"a")}.description(), NSString(u"(\n    a\n)"));
 }
 
 }  // namespace
