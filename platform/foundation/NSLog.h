@@ -9,7 +9,7 @@
 namespace kelspar {
 
 // Where log lines go. Called with one UTF-8 line without its line feed, by any thread, one at a
-// time.
+// time. What a sink itself logs goes to the system log and standard error.
 using NSLogSink = std::function<void(std::string_view line)>;
 
 // Puts `sink` in the place of the system log and standard error; an empty one puts them back.

@@ -12,8 +12,9 @@ namespace kelspar {
 
 namespace {
 
-std::mutex& sinkLock() {
-  static std::mutex lock;
+// Recursive, as a sink may set another one.
+std::recursive_mutex& sinkLock() {
+  static std::recursive_mutex lock;
   return lock;
 }
 
@@ -23,11 +24,11 @@ NSLogSink& currentSink() {
 }
 
 std::string oneLine(const NSString& message) {
-  std::string line = message.utf8();
-  for (char& c : line) {
-    if (static_cast<unsigned char>(c) < 0x20 || c == 0x7F) c = ' ';
+  std::u16string line(message.view());
+  for (char16_t& unit : line) {
+    if (unit < 0x20 || (unit >= 0x7F && unit < 0xA0)) unit = u' ';
   }
-  return line;
+  return NSString(std::move(line)).utf8();
 }
 
 void writeToStandardError(const std::string& line) {
@@ -37,6 +38,24 @@ void writeToStandardError(const std::string& line) {
     if (written <= 0) return;  // nobody listens, and there is nobody left to tell
     at += static_cast<size_t>(written);
   }
+}
+
+// False where there is no sink, or where it is the one that logs.
+bool giveToSink(const std::string& line) {
+  static thread_local bool isGiving = false;
+  if (isGiving) return false;
+  const std::lock_guard guard(sinkLock());
+  const NSLogSink sink = currentSink();  // a copy: it may be replaced while it runs
+  if (!sink) return false;
+  isGiving = true;
+  try {
+    sink(line);
+  } catch (...) {
+    isGiving = false;
+    throw;
+  }
+  isGiving = false;
+  return true;
 }
 
 }  // namespace
@@ -49,11 +68,7 @@ NSLogSink setLogSink(NSLogSink sink) {
 
 void logLine(const NSString& message) {
   const std::string line = oneLine(message);
-  const std::lock_guard guard(sinkLock());
-  if (currentSink()) {
-    currentSink()(line);
-    return;
-  }
+  if (giveToSink(line)) return;
   ::syslog(LOG_USER | LOG_NOTICE, "%s", line.c_str());
   writeToStandardError(line + "\n");
 }
