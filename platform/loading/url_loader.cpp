@@ -91,22 +91,22 @@ NSData dataWithContentsOfURL(const NSURL& url, const LoadLimits& limits) {
                                                                    library->cleanup);
   if (!handle) return nil;
 
-  CURL* const curl = handle.get();
-  const auto set = library->setopt;
+  // A limit that the installed library does not know (protocols by name: before 7.85) is one that
+  // would not hold: then nothing is fetched.
+  const auto set = [&](CURLoption option, auto value) {
+    return library->setopt(handle.get(), option, value) == CURLE_OK;
+  };
+  const std::string address = url.absoluteString().utf8();
   Content content{{}, limits.bytes};
-  set(curl, CURLOPT_URL, url.absoluteString().utf8().c_str());
-  set(curl, CURLOPT_PROTOCOLS_STR, "http,https,file");
-  set(curl, CURLOPT_REDIR_PROTOCOLS_STR, "http,https");
-  set(curl, CURLOPT_FOLLOWLOCATION, 1L);
-  set(curl, CURLOPT_MAXREDIRS, 10L);
-  set(curl, CURLOPT_CONNECTTIMEOUT, limits.connectSeconds);
-  set(curl, CURLOPT_TIMEOUT, limits.totalSeconds);
-  set(curl, CURLOPT_NOSIGNAL, 1L);
-  set(curl, CURLOPT_FAILONERROR, 1L);
-  set(curl, CURLOPT_ACCEPT_ENCODING, "");
-  set(curl, CURLOPT_WRITEFUNCTION, &receive);
-  set(curl, CURLOPT_WRITEDATA, &content);
-  if (library->perform(curl) != CURLE_OK) return nil;
+  const bool isLimited = set(CURLOPT_PROTOCOLS_STR, "http,https,file") &&
+                         set(CURLOPT_REDIR_PROTOCOLS_STR, "http,https") &&
+                         set(CURLOPT_FOLLOWLOCATION, 1L) && set(CURLOPT_MAXREDIRS, 10L) &&
+                         set(CURLOPT_CONNECTTIMEOUT, limits.connectSeconds) &&
+                         set(CURLOPT_TIMEOUT, limits.totalSeconds) && set(CURLOPT_NOSIGNAL, 1L) &&
+                         set(CURLOPT_FAILONERROR, 1L) && set(CURLOPT_ACCEPT_ENCODING, "") &&
+                         set(CURLOPT_WRITEFUNCTION, &receive) && set(CURLOPT_WRITEDATA, &content) &&
+                         set(CURLOPT_URL, address.c_str());
+  if (!isLimited || library->perform(handle.get()) != CURLE_OK) return nil;
   return NSData(std::move(content.bytes));
 }
 

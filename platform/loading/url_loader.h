@@ -17,8 +17,9 @@ struct LoadLimits {
 // there.
 //
 // nil for nil, for other schemes, for an answer that is an error (status 400 and above), for
-// content beyond the limits and for a file that is none (a folder, a pipe). Redirects are followed
-// ten times and only to http and https; no cookies, no stored passwords. Any thread.
+// content beyond the limits, for limits that cannot be set (a libcurl before 7.85) and for a file
+// that is none (a folder, a pipe). Redirects are followed ten times and only to http and https; no
+// cookies, no stored passwords. Any thread.
 [[nodiscard]] NSData dataWithContentsOfURL(const NSURL& url, const LoadLimits& limits = {});
 
 }  // namespace kelspar

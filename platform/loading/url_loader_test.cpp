@@ -121,6 +121,12 @@ TEST_F(URLLoader, SizesAreCounted) {
   EXPECT_FALSE(dataWithContentsOfURL(server_.url("/large"), limits));
 }
 
+TEST_F(URLLoader, NothingIsFetchedWhereALimitCannotBeSet) {
+  LoadLimits limits;
+  limits.totalSeconds = -1;  // refused by the library
+  EXPECT_FALSE(dataWithContentsOfURL(server_.url("/plain"), limits));
+}
+
 TEST_F(URLLoader, TimeIsLimited) {
   LoadLimits limits;
   limits.totalSeconds = 1;
