@@ -1,10 +1,11 @@
 // Every operation of the library by class name and operation name.
 //
 //   const auto& operations = Operations::shared();
-//   const Operation* strip = operations.find("WebKelsparNSStringAdditions",
-//   "stringByStrippingHTML"); id text = strip->call({.receiver = NSString(u"<p>Hi</p>")}).value;
+//   const Operation* strip = operations.find("NSString", "stringByStrippingHTML");
+//   id text = strip->call({.receiver = NSString(u"<p>Hi</p>")}).value;
 #pragma once
 
+#include <deque>
 #include <functional>
 #include <memory>
 #include <stdexcept>
@@ -85,7 +86,7 @@ class Operations {
   // All operations of all units.
   [[nodiscard]] static const Operations& shared();
 
-  [[nodiscard]] const std::vector<OperationClass>& classes() const { return classes_; }
+  [[nodiscard]] const std::deque<OperationClass>& classes() const { return classes_; }
 
   // The operation of this full name, colons included. `className` is that of the class or category,
   // or for a category's operations the type that it extends; empty fits any. Null when there is
@@ -94,7 +95,7 @@ class Operations {
 
  private:
   friend class OperationRegistry;
-  std::vector<OperationClass> classes_;
+  std::deque<OperationClass> classes_;  // those that enter operations point into it
 };
 
 // Values and answers in the wire protocol's JSON form; UTF-8, one line.

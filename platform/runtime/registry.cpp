@@ -99,7 +99,6 @@ OperationClass& OperationRegistry::owner(const char* name, const char* extends) 
   auto& classes = operations_.classes_;
   const auto found = std::ranges::find(classes, name, &OperationClass::name);
   if (found != classes.end()) return *found;
-  classes.reserve(64);  // entries keep a pointer to their class
   return classes.emplace_back(OperationClass{name, extends, {}});
 }
 
