@@ -20,16 +20,6 @@ namespace kelspar::runtime {
 
 namespace {
 
-bool isWellFormed(std::u16string_view text) {
-  for (size_t i = 0; i < text.size(); ++i) {
-    if (text[i] < 0xD800 || text[i] > 0xDFFF) continue;
-    const bool isPair = text[i] < 0xDC00 && i + 1 < text.size() && (text[i + 1] & 0xFC00) == 0xDC00;
-    if (!isPair) return false;
-    ++i;
-  }
-  return true;
-}
-
 void writeEscape(char16_t unit, std::string* out) {
   constexpr char kHex[] = "0123456789abcdef";
   *out += "\\u";
@@ -232,7 +222,7 @@ void writeString(std::u16string_view text, std::string* out) {
       flush(i);
       writeEscape(unit, out);
     } else if (unit >= 0xD800 && unit < 0xE000) {
-      if (isWellFormed(text.substr(i, 2))) {
+      if (utf8::isWellFormed(text.substr(i, 2))) {
         ++i;
       } else {
         flush(i);
@@ -246,7 +236,7 @@ void writeString(std::u16string_view text, std::string* out) {
 
 void writeValue(const id& value, std::string* out) {
   if (const auto text = value.as<NSString>()) {
-    isWellFormed(text) ? writeString(text, out) : writeUnits(text, out);
+    utf8::isWellFormed(text) ? writeString(text, out) : writeUnits(text, out);
   } else if (const auto number = value.as<NSNumber>()) {
     writeNumber(number, out);
   } else if (const auto data = value.as<NSData>()) {
