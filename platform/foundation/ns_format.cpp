@@ -200,46 +200,47 @@ class Formatter {
     pad(d, {&unit, 1});
   }
 
-  // The specification for snprintf, with `length` and `conversion` behind it.
-  static std::string specification(const Directive& d, const char* length, char conversion) {
-    std::string spec = "%";
-    if (d.left) spec += '-';
-    if (d.plus) spec += '+';
-    if (d.blank) spec += ' ';
-    if (d.zero) spec += '0';
-    if (d.alternate) spec += '#';
-    if (d.width >= 0) spec += std::to_string(d.width);
-    if (d.precision >= 0) spec += "." + std::to_string(d.precision);
-    return spec + length + conversion;
+  // The directive for snprintf, with `length` and `letter` behind it.
+  static std::string conversionFor(const Directive& d, const char* length, char letter) {
+    std::string conversion = "%";
+    if (d.left) conversion += '-';
+    if (d.plus) conversion += '+';
+    if (d.blank) conversion += ' ';
+    if (d.zero) conversion += '0';
+    if (d.alternate) conversion += '#';
+    if (d.width >= 0) conversion += std::to_string(d.width);
+    if (d.precision >= 0) conversion += "." + std::to_string(d.precision);
+    return conversion + length + letter;
   }
 
   template <class Value>
-  void print(const std::string& spec, Value value) {
+  void print(const std::string& conversion, Value value) {
     char text[2 * kWidest + 512];
 #pragma GCC diagnostic push
 #pragma GCC diagnostic ignored "-Wformat-nonliteral"
-    const int length = std::snprintf(text, sizeof text, spec.c_str(), value);
+    const int length = std::snprintf(text, sizeof text, conversion.c_str(), value);
 #pragma GCC diagnostic pop
     out_.append(text, text + std::clamp<int>(length, 0, sizeof text - 1));
   }
 
   void integer(const Directive& d, const NSNumber& number) {
-    const char16_t conversion = d.conversion == u'i' || d.conversion == u'D' ? u'd'
-                                : d.conversion == u'U'                       ? u'u'
-                                : d.conversion == u'O'                       ? u'o'
-                                                                             : d.conversion;
-    const std::string spec = specification(d, "ll", static_cast<char>(conversion));
+    const char16_t letter = d.conversion == u'i' || d.conversion == u'D' ? u'd'
+                            : d.conversion == u'U'                       ? u'u'
+                            : d.conversion == u'O'                       ? u'o'
+                                                                         : d.conversion;
+    const std::string conversion = conversionFor(d, "ll", static_cast<char>(letter));
     const int shift = 64 - d.bits;
-    if (conversion == u'd') {
+    if (letter == u'd') {
       const auto bits = static_cast<uint64_t>(number.longValue()) << shift;
-      print(spec, static_cast<long long>(static_cast<int64_t>(bits) >> shift));
+      print(conversion, static_cast<long long>(static_cast<int64_t>(bits) >> shift));
     } else {
-      print(spec, static_cast<unsigned long long>(number.unsignedLongValue() << shift >> shift));
+      print(conversion,
+            static_cast<unsigned long long>(number.unsignedLongValue() << shift >> shift));
     }
   }
 
   void real(const Directive& d, const NSNumber& number) {
-    print(specification(d, "", static_cast<char>(d.conversion)), number.doubleValue());
+    print(conversionFor(d, "", static_cast<char>(d.conversion)), number.doubleValue());
   }
 
   void pointer(const Directive& d, const id& argument) {
@@ -248,7 +249,7 @@ class Formatter {
     const auto number = argument.as<NSNumber>();
     const auto address =
         number ? number.unsignedLongValue() : reinterpret_cast<uint64_t>(argument.contents());
-    print(specification(hex, "ll", 'x'), static_cast<unsigned long long>(address));
+    print(conversionFor(hex, "ll", 'x'), static_cast<unsigned long long>(address));
   }
 
   std::u16string_view format_;
