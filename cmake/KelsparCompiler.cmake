@@ -3,7 +3,7 @@ add_library(kelspar_compiler INTERFACE)
 target_compile_options(kelspar_compiler INTERFACE
   -Wall -Wextra -Wshadow -Wnon-virtual-dtor -Wformat=2 -Wimplicit-fallthrough
   $<$<BOOL:${KELSPAR_WERROR}>:-Werror>
-  # GCC 12 warns about std::string's own code when it is inlined at -O2 (GCC bugs 105329, 105651).
+  # GCC 12 warns about the code of std::string::insert when it is inlined at -O2.
   $<$<CXX_COMPILER_ID:GNU>:-Wno-restrict>)
 
 if(NOT CMAKE_BUILD_TYPE AND NOT CMAKE_CONFIGURATION_TYPES)
