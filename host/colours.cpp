@@ -4,6 +4,7 @@
 #include <unistd.h>
 
 #include <array>
+#include <charconv>
 #include <cstdio>
 #include <cstdlib>
 #include <map>
@@ -25,11 +26,15 @@ namespace RTF = RTFKelsparNSStringAdditions;
 
 using Lines = std::map<std::string, std::vector<uint64_t>>;
 
-// The number behind `word` in a definition such as "\red255\green0\blue0"; 0 without one.
+// The number behind `word` in a definition such as "\red255\green0\blue0"; 0 without one, and for
+// one that is beyond all bounds.
 int component(const std::string& definition, const char* word) {
   const size_t at = definition.find(word);
   if (at == definition.npos) return 0;
-  return std::atoi(definition.c_str() + at + std::char_traits<char>::length(word)) & 0xFF;
+  int value = 0;
+  std::from_chars(definition.data() + at + std::char_traits<char>::length(word),
+                  definition.data() + definition.size(), value);
+  return value & 0xFF;
 }
 
 std::string shown(const std::string& definition, bool hasSwatches) {

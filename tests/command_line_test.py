@@ -382,6 +382,12 @@ class CommandLine(unittest.TestCase):
         self.assertIn(b'\\page', run('convert', folder, '--to', 'rtf').stdout)
         self.assertTrue(run('convert', folder, '--to', 'pdf').stdout.startswith(b'%PDF-'))
 
+    def test_colours_beyond_all_bounds(self):
+        path = self.path / 'a.rtf'
+        path.write_bytes(rb'{\rtf1{\colortbl;\red99999999999999999999\green1\blue2;}x}')
+        result = run('colours', path)
+        self.assertIn(b'#000102', result.stdout, result.stderr)
+
     def test_stream_keeps_the_order(self):
         paths = [self.mail(f'{i}.eml') for i in range(20)]
         lines = ''.join(f'{p}\n' for p in paths) + '/none\n'
