@@ -3,6 +3,7 @@
 
 #include "BitKelspar/BitKelspar.h"
 #include "MailKelspar/MailKelspar.h"
+#include "TimeKelspar/TimeKelspar.h"
 
 namespace kelspar::host {
 
@@ -135,8 +136,8 @@ NSString MapiProperties::text(uint16_t identifier) const {
     return withoutTrailingNULs(MailKelspar::textFromData(value->bytes, NSString(charset_)));
   }
   // Bodies may be in UTF-8 while the store's own strings are in the language's page.
-  const bool isUTF8 = codePage_ != kUTF8Page || NSString::fromUTF8(value->bytes.chars());
-  const NSString label(std::to_string(isUTF8 ? codePage_ : languagePage_));
+  const bool isInPage = codePage_ != kUTF8Page || NSString::fromUTF8(value->bytes.chars());
+  const NSString label(std::to_string(isInPage ? codePage_ : languagePage_));
   return withoutTrailingNULs(MailKelspar::textFromData(value->bytes, label));
 }
 
@@ -159,10 +160,9 @@ uint32_t MapiProperties::number(uint16_t identifier) const {
 NSDate MapiProperties::date(uint16_t identifier) const {
   const Value* value = find(identifier);
   if (!value || value->type != kMapiTime || value->bytes.length() < 8) return nil;
-  // Tenths of a microsecond since 1601 (MS-DTYP 2.3.3); nothing and the end of time mean "none".
-  const uint64_t ticks = BitKelspar::readU64FromData(value->bytes, 0);
-  if (ticks == 0 || ticks >= UINT64_C(0x0CB34557A3DD4000)) return nil;
-  return NSDate::since1970(static_cast<double>(ticks / 10'000'000) - 11'644'473'600.0);
+  const uint64_t time = BitKelspar::readU64FromData(value->bytes, 0);
+  constexpr auto kEndOfTime = UINT64_C(0x0CB34557A3DD4000);  // stands for "none"
+  return time < kEndOfTime ? TimeKelspar::dateFromMAPITime(time) : NSDate();
 }
 
 uint32_t MapiProperties::statedCodePage() const {

@@ -2,9 +2,7 @@
 #include "host/pdf_output.h"
 
 #include <atomic>
-#include <chrono>
 #include <memory>
-#include <thread>
 
 #include "EmailUtilities/EmailUtilities.h"
 #include "host/files.h"
