@@ -13,8 +13,9 @@ namespace kelspar::host {
 
 namespace {
 
-bool isNamedEML(const std::string& name) {
-  return name.ends_with(".eml") || name.ends_with(".EML") || name.ends_with(".mbox");
+bool hasNameOfMessages(std::string name) {
+  for (char& c : name) c = c >= 'A' && c <= 'Z' ? static_cast<char>(c | 0x20) : c;
+  return name.ends_with(".eml") || name.ends_with(".mbox");
 }
 
 // Some stores put a message's length on a line before it, and data of their own behind it.
@@ -40,7 +41,7 @@ Messages oneOrNone(std::shared_ptr<Message> message) {
 
 bool promisesMessages(const NSData& bytes, const std::string& name) {
   return !bytes.isEmpty() && (isCompoundFile(bytes) || isTNEF(bytes) || isMbox(bytes) ||
-                              looksLikeEML(bytes) || isNamedEML(name));
+                              looksLikeEML(bytes) || hasNameOfMessages(name));
 }
 
 Messages openMessages(const NSData& bytes, const std::string& name, const ReadOptions& options) {

@@ -6,7 +6,8 @@
 namespace kelspar::host {
 
 // The file's messages; more than one for an mbox. Empty when the bytes are none of these formats
-// or nothing of one could be read. `name` helps with text that could be anything: files ".eml".
+// or nothing of one could be read. `name` helps with text that could be anything: files
+// ".eml" and ".mbox", in either case.
 [[nodiscard]] Messages openMessages(const NSData& bytes, const std::string& name,
                                     const ReadOptions& options);
 

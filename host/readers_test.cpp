@@ -175,6 +175,14 @@ TEST(EML, DeepNestingIsNoTrouble) {
   EXPECT_TRUE(eml(text + "\nhello"));
 }
 
+TEST(OpenMessages, NamesPromiseInEitherCase) {
+  const NSData anything(std::string_view("anything"));
+  for (const char* name : {"a.eml", "a.EML", "a.Eml", "a.mbox", "A.MBOX"}) {
+    EXPECT_TRUE(promisesMessages(anything, name)) << name;
+  }
+  EXPECT_FALSE(promisesMessages(anything, "eml.txt"));
+}
+
 TEST(Jobs, ResultsComeInOrder) {
   int given = 0;
   std::vector<int> results;
