@@ -34,8 +34,8 @@ NSString MailKelspar::bestBody(const NSString& text, const NSString& html, const
   const bool textHasWords = hasWords(text);
   if (html && htmlShowsSomething(html)) return u"html";
   if (rtf && !isMadeFromText(rtf)) {
-    if (encapsulatedHTMLFromRTF(rtf)) {
-      if (!html && htmlShowsSomething(encapsulatedHTMLFromRTF(rtf))) return u"rtf";
+    if (const NSString encapsulated = encapsulatedHTMLFromRTF(rtf)) {
+      if (!html && htmlShowsSomething(encapsulated)) return u"rtf";
     } else if (hasWords(plainTextFromRTF(rtf))) {
       return u"rtf";
     }

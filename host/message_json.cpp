@@ -35,13 +35,7 @@ std::string jsonOfAttachment(const Attachment& attachment) {
   return json.text();
 }
 
-NSString bodyTextOf(const Message& message) {
-  NSString text(textOf(message, {.header = false}));
-  return text;
-}
-
-NSString bodyHTMLOf(const Message& message) {
-  const BestBody best = bestBodyOf(message);
+NSString bodyHTMLOf(const BestBody& best) {
   if (!best.html) return nil;
   return MailKelspar::safeHTML(best.html).objectForKey<NSString>(u"html");
 }
@@ -117,6 +111,7 @@ void addInfo(const Message& message, const std::string& indent, std::string* out
 }  // namespace
 
 std::string jsonOf(const Message& message) {
+  const BestBody best = bestBodyOf(message);
   JsonObject json;
   json.add("format", message.format.c_str())
       .add("subject", message.subject)
@@ -128,9 +123,9 @@ std::string jsonOf(const Message& message) {
       .addRaw("replyTo", jsonOfMailboxes(message.replyTo))
       .add("sent", dateText(message.sent))
       .add("received", dateText(message.received))
-      .add("body", bestBodyOf(message).kind.c_str())
-      .add("text", bodyTextOf(message))
-      .add("html", bodyHTMLOf(message))
+      .add("body", best.kind.c_str())
+      .add("text", NSString(bodyTextOf(message, best)))
+      .add("html", bodyHTMLOf(best))
       .addRaw("attachments", jsonArray(message.attachments, jsonOfAttachment))
       .addRaw("faults", jsonArray(message.faults, [](const std::string& fault) {
                 return jsonString(NSString(fault));

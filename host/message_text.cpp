@@ -19,8 +19,9 @@ std::string headerText(const Message& message) {
   return text;
 }
 
-std::string bodyText(const Message& message) {
-  const BestBody best = bestBodyOf(message);
+}  // namespace
+
+std::string bodyTextOf(const Message& message, const BestBody& best) {
   if (best.html) return linesOfHTML(best.html);
   if (best.kind == "rtf") {
     return plainLines(RTFKelsparNSDataAdditions::stringFromRTFData(message.rtf));
@@ -28,10 +29,8 @@ std::string bodyText(const Message& message) {
   return plainLines(message.text);
 }
 
-}  // namespace
-
 std::string textOf(const Message& message, const ShowOptions& options) {
-  return (options.header ? headerText(message) : "") + bodyText(message);
+  return (options.header ? headerText(message) : "") + bodyTextOf(message, bestBodyOf(message));
 }
 
 std::string textOf(const Messages& messages, const ShowOptions& options) {

@@ -14,6 +14,10 @@ struct ShowOptions {
 [[nodiscard]] std::string readableDate(const NSDate& date);
 [[nodiscard]] std::string isoDate(const NSDate& date);
 
+// The text of its best body alone, as `plainLines` has it.
+struct BestBody;
+[[nodiscard]] std::string bodyTextOf(const Message& message, const BestBody& best);
+
 // Each ends in a line feed. Outputs are UTF-8, but for RTF.
 [[nodiscard]] std::string textOf(const Message& message, const ShowOptions& options);
 [[nodiscard]] std::string htmlOf(const Message& message, const ShowOptions& options);
