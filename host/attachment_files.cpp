@@ -57,16 +57,11 @@ bool writeNew(const std::string& path, std::string_view bytes) {
     return Failure(kCannotWrite, path + ": cannot be written: " + std::strerror(errno));
   };
   if (file < 0) throw fail();
-  while (!bytes.empty()) {
-    const ssize_t written = ::write(file, bytes.data(), bytes.size());
-    if (written < 0 && errno == EINTR) continue;
-    if (written < 0) {
-      const Failure failure = fail();
-      ::close(file);
-      ::unlink(path.c_str());
-      throw failure;
-    }
-    bytes.remove_prefix(static_cast<size_t>(written));
+  if (!writeAll(file, bytes)) {
+    const Failure failure = fail();
+    ::close(file);
+    ::unlink(path.c_str());
+    throw failure;
   }
   if (::close(file) != 0) {
     const Failure failure = fail();

@@ -32,16 +32,6 @@ class Descriptor {
   int number_;
 };
 
-bool writeAll(int descriptor, std::string_view bytes) {
-  while (!bytes.empty()) {
-    const ssize_t written = ::write(descriptor, bytes.data(), bytes.size());
-    if (written < 0 && errno == EINTR) continue;
-    if (written < 0) return false;
-    bytes.remove_prefix(static_cast<size_t>(written));
-  }
-  return true;
-}
-
 Failure cannotWrite(const std::string& path) {
   return {kCannotWrite, path + ": cannot be written: " + reason()};
 }
@@ -65,17 +55,27 @@ void replaceFile(const std::string& path, std::string_view bytes) {
 
 }  // namespace
 
+bool writeAll(int descriptor, std::string_view bytes) {
+  while (!bytes.empty()) {
+    const ssize_t written = ::write(descriptor, bytes.data(), bytes.size());
+    if (written < 0 && errno == EINTR) continue;
+    if (written < 0) return false;
+    bytes.remove_prefix(static_cast<size_t>(written));
+  }
+  return true;
+}
+
 std::string inputName(const std::string& path) { return path == "-" ? "standard input" : path; }
 
 NSData readInput(const std::string& path) {
   Descriptor file(path == "-" ? STDIN_FILENO : ::open(path.c_str(), O_RDONLY | O_CLOEXEC));
   if (!file.isOpen()) throw Failure(kInputFailed, path + ": cannot be opened: " + reason());
   struct stat state {};
+  constexpr size_t kChunk = 1 << 16;
   std::string bytes;
   if (::fstat(file.get(), &state) == 0 && S_ISREG(state.st_mode)) {
-    bytes.reserve(static_cast<size_t>(state.st_size) + 1);
+    bytes.reserve(static_cast<size_t>(state.st_size) + kChunk);
   }
-  constexpr size_t kChunk = 1 << 16;
   for (;;) {
     const size_t start = bytes.size();
     bytes.resize(start + kChunk);

@@ -31,6 +31,9 @@ inline constexpr int kCannotWrite = 4;
 // How messages name an input.
 [[nodiscard]] std::string inputName(const std::string& path);
 
+// False, and a reason in errno, when not all could be written.
+[[nodiscard]] bool writeAll(int descriptor, std::string_view bytes);
+
 // Writes to standard output for an empty path or "-". A file is written beside its place and then
 // renamed into it: it is replaced whole or not at all. Throws Failure.
 void writeOutput(const std::string& path, std::string_view bytes);

@@ -62,11 +62,7 @@ void TerminalTextField::draw() {
 }
 
 void TerminalTextField::write(std::string_view bytes) {
-  while (isIntact_ && !bytes.empty()) {
-    const ssize_t count = ::write(descriptor_, bytes.data(), bytes.size());
-    if (count > 0) bytes.remove_prefix(static_cast<size_t>(count));
-    if (count < 0 && errno != EINTR) isIntact_ = false;
-  }
+  isIntact_ = isIntact_ && writeAll(descriptor_, bytes);
 }
 
 void transition(const TransitionOptions& options) {
