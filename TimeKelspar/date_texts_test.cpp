@@ -191,6 +191,30 @@ TEST(RecordDates, WhatIsNoTimeIsNil) {
   EXPECT_FALSE(recordDate("a;b;c;ab0601123015-y"));
 }
 
+TEST(DateTexts, NumbersOfAnyLengthAreReadOrRefused) {
+  constexpr size_t kMany = 300'000;
+  const std::string nines(kMany, '9');
+  for (const std::string& text :
+       {nines, "1" + nines + " Jan 2024 10:00", "2024-" + nines, "20240101T" + nines + "Z",
+        "Mon, 01 Jan 2024 10:00:00 +" + nines, "01/" + nines + "/2024, 10:00"}) {
+    EXPECT_FALSE(convertStringToDate(text)) << text.substr(0, 30);
+    EXPECT_FALSE(T::dateFromMIMEString(text)) << text.substr(0, 30);
+  }
+  // Infinite to ICU, which makes it 0.
+  EXPECT_EQ(convertStringToDate("2024-01-01 10:00:" + nines),
+            NSDate::since1970(local(2024, 1, 1, 10)));
+  const std::string zeros(kMany, '0');
+  EXPECT_EQ(T::compare24HourTime(zeros + "1:" + zeros, u"01:01"), NSComparisonResult::ascending);
+  EXPECT_EQ(T::compare24HourTime(nines + ":01", u"00:02"), NSComparisonResult::ascending);
+}
+
+TEST(DateTexts, FractionsOfAnyLengthAreRead) {
+  for (const size_t count : {34, 35, 36, 60, 5000}) {
+    const std::string text = "1970-01-01T00:00:07." + std::string(count, '3') + "+0000";
+    EXPECT_EQ(T::dateFromMIMEString(text), NSDate::since1970(7)) << count;
+  }
+}
+
 // What the operation does, without the scanner of plain shapes.
 NSDate literally(const NSString& text) {
   NSMutableString single(text.view());

@@ -11,6 +11,8 @@
 #include <string>
 #include <tuple>
 
+#include "platform/calendar/digit_runs.h"
+
 namespace kelspar {
 
 namespace {
@@ -53,14 +55,28 @@ icu::DateFormat* formatFor(const NSString& pattern, const NSString& locale,
   return (kept[std::move(key)] = make(pattern, locale, timeZone)).get();
 }
 
-// The date at the text's start, and in `*end` where it stops.
-NSDate parse(icu::DateFormat* format, const NSString& text, size_t* end) {
-  if (!format || !text || text.length() > INT32_MAX) return nil;
+enum class Extent { whole, prefix };
+
+// The date of the whole text, or the one at its start.
+NSDate parse(icu::DateFormat* format, const NSString& text, Extent extent) {
+  if (!format || text.length() > INT32_MAX) return nil;
   icu::ParsePosition position(0);
   const UDate milliseconds = format->parse(icuText(text), position);
-  if (position.getIndex() == 0) return nil;
-  *end = static_cast<size_t>(position.getIndex());
+  const auto end = static_cast<size_t>(position.getIndex());
+  if (end == 0 || (extent == Extent::whole && end != text.length())) return nil;
   return NSDate::since1970(milliseconds / 1000);
+}
+
+// The same of a text whose numbers may be of any length.
+NSDate parseAny(icu::DateFormat* format, const NSString& pattern, const NSString& text,
+                Extent extent) {
+  const bool hasFraction = pattern.view().find(u".S") != std::u16string_view::npos;
+  if (hasFraction && text.length() > calendar::kMostFractionDigits) {
+    const NSString shorter(calendar::withShorterFraction(text));
+    return parse(format, calendar::withShorterNumbers(shorter), extent);
+  }
+  if (text.length() <= calendar::kMostDigits) return parse(format, text, extent);
+  return parse(format, calendar::withShorterNumbers(text), extent);
 }
 
 }  // namespace
@@ -76,14 +92,11 @@ NSDateFormatter NSDateFormatter::fullDateLongTime(const NSString& locale) {
 }
 
 NSDate NSDateFormatter::dateFromString(const NSString& text) const {
-  size_t end = 0;
-  NSDate date = parse(formatFor(pattern_, locale_, timeZone_), text, &end);
-  return end == text.length() ? date : nil;
+  return parseAny(formatFor(pattern_, locale_, timeZone_), pattern_, text, Extent::whole);
 }
 
 NSDate NSDateFormatter::dateFromPrefix(const NSString& text) const {
-  size_t end = 0;
-  return parse(formatFor(pattern_, locale_, timeZone_), text, &end);
+  return parseAny(formatFor(pattern_, locale_, timeZone_), pattern_, text, Extent::prefix);
 }
 
 NSString NSDateFormatter::stringFromDate(const NSDate& date) const {
