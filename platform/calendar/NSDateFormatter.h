@@ -12,7 +12,8 @@ namespace kelspar {
 // Costs little to make: the expensive parts are kept per thread and shared by equal formatters.
 class NSDateFormatter {
  public:
-  // Empty or nil locale: the process's. nil time zone: the process's; else a name ("GMT",
+  // Empty or nil locale: the process's (LC_ALL, LC_TIME, LANG; en_US_POSIX for none that is known).
+  // An identifier that is none: the root. nil time zone: the process's; else a name ("GMT",
   // "Europe/Berlin").
   NSDateFormatter(const NSString& pattern, const NSString& locale, const NSString& timeZone = nil);
   // Medium date and short time in the process's locale and time zone.

@@ -12,6 +12,7 @@
 #include <tuple>
 
 #include "platform/calendar/digit_runs.h"
+#include "platform/calendar/locales.h"
 
 namespace kelspar {
 
@@ -28,8 +29,9 @@ icu::UnicodeString icuText(const NSString& text) {
 using Format = std::unique_ptr<icu::DateFormat>;
 
 Format make(const NSString& pattern, const NSString& locale, const NSString& timeZone) {
-  const auto where = locale.isEmpty() ? icu::Locale::getDefault()
-                                      : icu::Locale::createCanonical(locale.utf8().c_str());
+  const icu::Locale where(
+      (locale.isEmpty() ? calendar::processLocale() : calendar::knownLocale(locale.utf8()))
+          .c_str());
   UErrorCode error = U_ZERO_ERROR;
   using Style = icu::DateFormat;
   Format format(pattern == NSString(kMediumShort)
