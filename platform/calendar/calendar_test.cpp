@@ -12,6 +12,7 @@
 #include "platform/calendar/NSCalendar.h"
 #include "platform/calendar/NSDateFormatter.h"
 #include "platform/calendar/wall_clock.h"
+#include "platform/calendar/zones.h"
 
 namespace kelspar {
 namespace {
@@ -20,10 +21,10 @@ using calendar::daysFromCivil;
 
 // The process's offset from UTC at a moment, in seconds.
 int64_t offsetAt(int64_t seconds) {
-  const std::unique_ptr<icu::TimeZone> zone(icu::TimeZone::createDefault());
   int32_t raw = 0, saving = 0;
   UErrorCode error = U_ZERO_ERROR;
-  zone->getOffset(static_cast<UDate>(seconds) * 1000, false, raw, saving, error);
+  calendar::processZone<icu::TimeZone>().getOffset(static_cast<UDate>(seconds) * 1000, false, raw,
+                                                   saving, error);
   return (raw + saving) / 1000;
 }
 

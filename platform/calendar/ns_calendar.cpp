@@ -7,6 +7,8 @@
 #include <cmath>
 #include <memory>
 
+#include "platform/calendar/zones.h"
+
 namespace kelspar::NSCalendar {
 
 namespace {
@@ -17,7 +19,8 @@ constexpr double kMillisecondsADay = 86400000;
 icu::GregorianCalendar* calendarAt(const NSDate& date) {
   thread_local std::unique_ptr<icu::GregorianCalendar> calendar = [] {
     UErrorCode error = U_ZERO_ERROR;
-    auto made = std::make_unique<icu::GregorianCalendar>(error);
+    auto made =
+        std::make_unique<icu::GregorianCalendar>(calendar::processZone<icu::TimeZone>(), error);
     return U_SUCCESS(error) ? std::move(made) : nullptr;
   }();
   if (!calendar || !date || !std::isfinite(date.secondsSince1970())) return nullptr;

@@ -13,6 +13,7 @@
 
 #include "platform/calendar/digit_runs.h"
 #include "platform/calendar/locales.h"
+#include "platform/calendar/zones.h"
 
 namespace kelspar {
 
@@ -40,7 +41,8 @@ Format make(const NSString& pattern, const NSString& locale, const NSString& tim
                     ? Style::createDateTimeInstance(Style::kFull, Style::kLong, where)
                     : new icu::SimpleDateFormat(icuText(pattern), where, error));
   if (!format || U_FAILURE(error)) return nullptr;
-  if (timeZone) format->adoptTimeZone(icu::TimeZone::createTimeZone(icuText(timeZone)));
+  format->adoptTimeZone(timeZone ? icu::TimeZone::createTimeZone(icuText(timeZone))
+                                 : calendar::processZone<icu::TimeZone>().clone());
   format->setLenient(false);
   return format;
 }

@@ -2,11 +2,11 @@
 #include "platform/calendar/wall_clock.h"
 
 #include <unicode/basictz.h>
-#include <unicode/timezone.h>
 #include <unicode/tztrans.h>
 
 #include <limits>
-#include <memory>
+
+#include "platform/calendar/zones.h"
 
 namespace kelspar::calendar {
 
@@ -25,8 +25,7 @@ int64_t secondsOf(const icu::TimeZoneTransition& transition) {
 }
 
 Stretch stretchAround(int64_t seconds) {
-  static const std::unique_ptr<icu::TimeZone> zone(icu::TimeZone::createDefault());
-  const auto* rules = dynamic_cast<const icu::BasicTimeZone*>(zone.get());
+  const auto* rules = dynamic_cast<const icu::BasicTimeZone*>(&processZone<icu::TimeZone>());
   if (!rules) return {};
   const auto base = static_cast<UDate>(seconds) * 1000;
   Stretch stretch{std::numeric_limits<int64_t>::min() / 2, std::numeric_limits<int64_t>::max() / 2,
