@@ -129,14 +129,12 @@ class Run {
       const std::string name = inputName(input);
       if (!options_.outputFolder.empty()) {
         result.output = pathUnder(options_.outputFolder, input, options_.to);
-        if (!options_.force && std::filesystem::exists(result.output)) {
-          throw Failure(kCannotWrite, result.output + ": is there already (--force replaces it)");
-        }
+        if (!options_.force) expectNoFile(result.output);
       }
       result.text = convertedInput(readInput(input), name, options_);
       if (!result.output.empty()) {
         makeFolderOf(result.output);
-        writeOutput(result.output, result.text);
+        (options_.force ? writeOutput : writeNewFile)(result.output, result.text);
         result.text.clear();
       }
     } catch (const Failure& failure) {

@@ -10,35 +10,14 @@ import pathlib
 import re
 import resource
 import subprocess
-import sys
-import tempfile
-import unittest
 
-KELSPAR = SOURCE = None
+from command_line_case import PROGRAM, SOURCE, Case, main, run
 
 
-def run(*arguments, stdin=b'', **environment):
-    return subprocess.run([KELSPAR, *map(str, arguments)], input=stdin, capture_output=True, timeout=60,
-                          env=os.environ | {'LC_ALL': 'C'} | environment)
-
-
-class CommandLine(unittest.TestCase):
+class CommandLine(Case):
     def setUp(self):
-        self.folder = tempfile.TemporaryDirectory()
-        self.path = pathlib.Path(self.folder.name)
-        self.sample = SOURCE / 'samples' / 'invitation.rtfz'
+        super().setUp()
         self.rtf = (SOURCE / 'samples' / 'invitation.rtf').read_bytes()
-
-    def tearDown(self):
-        self.folder.cleanup()
-
-    def assert_fails(self, result, status, *words):
-        self.assertEqual(result.returncode, status, result.stderr)
-        self.assertEqual(result.stdout, b'')
-        message = result.stderr.decode()
-        for word in words:
-            self.assertIn(word, message)
-        return message
 
     def test_rtf_is_what_was_compressed(self):
         self.assertEqual(run('convert', self.sample, '--to', 'rtf').stdout, self.rtf)
@@ -263,19 +242,6 @@ class CommandLine(unittest.TestCase):
         self.assert_fails(run('date', '--from', 'mapi', '12x'), 1, '12x')
         self.assert_fails(run('date', '--from', 'nope', '1'), 2)
 
-    MAIL = (b'From: =?utf-8?Q?J=C3=B6rg?= <j@example.org>\nTo: Ann <a@example.org>\n'
-            b'Date: Tue, 1 Apr 2003 14:00:00 +0200\nSubject: =?utf-8?Q?caf=C3?= =?utf-8?Q?=A9?=\n'
-            b'Content-Type: multipart/mixed; boundary=x\n\n--x\nContent-Type: text/html\n\n'
-            b'<p>Hello <b>there</b><script>bad()</script><img src="http://e.org/x"><img src="cid:i@j">\n--x\n'
-            b'Content-Type: image/png\nContent-Id: <i@j>\nContent-Transfer-Encoding: base64\n\n'
-            b'iVBORw0KGgo=\n--x\nContent-Type: text/x; name="../../evil.txt"\n\nboo\n--x--\n')
-
-    def mail(self, name='a.eml'):
-        path = self.path / name
-        path.parent.mkdir(parents=True, exist_ok=True)
-        path.write_bytes(self.MAIL)
-        return path
-
     def test_message_to_text(self):
         text = run('convert', self.mail(), '--timezone', 'UTC').stdout.decode()
         self.assertEqual(text, 'From: J\u00f6rg <j@example.org>\nTo: Ann <a@example.org>\n'
@@ -305,7 +271,7 @@ class CommandLine(unittest.TestCase):
                       f'COMP_CWORD={len(words)}; _kelspar; printf "%s\\n" "${{COMPREPLY[@]}}"')
             path = f'{self.path}:{os.environ["PATH"]}'
             if not (self.path / 'kelspar').exists():
-                (self.path / 'kelspar').symlink_to(pathlib.Path(KELSPAR).resolve())
+                (self.path / 'kelspar').symlink_to(pathlib.Path(PROGRAM).resolve())
             output = subprocess.run(['bash', '-c', script], env=os.environ | {'PATH': path}, capture_output=True,
                                     text=True, timeout=60).stdout
             self.assertEqual(set(output.split()), some)
@@ -402,7 +368,7 @@ class CommandLine(unittest.TestCase):
         self.assert_fails(run('stream', '--jobs', '257'), 2, '--jobs')
 
     def test_stream_does_not_wait_for_more(self):
-        with subprocess.Popen([KELSPAR, 'stream', '--jobs', '2'], stdin=subprocess.PIPE,
+        with subprocess.Popen([PROGRAM, 'stream', '--jobs', '2'], stdin=subprocess.PIPE,
                               stdout=subprocess.PIPE) as process:
             for _ in range(3):
                 process.stdin.write(f'{self.mail()}\n'.encode())
@@ -417,7 +383,7 @@ class CommandLine(unittest.TestCase):
         limit = lambda: resource.setrlimit(resource.RLIMIT_FSIZE, (4, 4))
         for option in ('-o', '--output-dir', '--extract-attachments'):
             place = self.path / 'out'
-            result = subprocess.run([KELSPAR, 'convert', self.mail(), option, place], capture_output=True,
+            result = subprocess.run([PROGRAM, 'convert', self.mail(), option, place], capture_output=True,
                                     preexec_fn=limit)
             self.assertEqual(result.returncode, 4)
             self.assertIn(b'cannot be written', result.stderr)
@@ -459,5 +425,4 @@ class CommandLine(unittest.TestCase):
 
 
 if __name__ == '__main__':
-    KELSPAR, SOURCE = os.path.abspath(sys.argv[1]), pathlib.Path(sys.argv[2])
-    unittest.main(argv=sys.argv[:1])
+    main()
