@@ -177,17 +177,30 @@ void addTransition(CLI::App& app, TransitionOptions& options) {
   command->callback([&options] { transition(options); });
 }
 
-// CLI11 takes an argument "[a,b]" for a list of its own. A blank before the bracket, which JSON
-// does not mind, keeps an array whole. The parser wants the arguments from the last to the first.
+// CLI11 takes an argument "[a,b]" for a list of its own. A mark before the bracket, which no
+// argument can hold, keeps it whole until the list would have been opened.
+constexpr char kMark = '\0';
+
+// The parser wants the arguments from the last to the first.
 std::vector<std::string> argumentsOf(int argc, char** argv) {
   std::vector<std::string> arguments(argv + 1, argv + argc);
-  if (!arguments.empty() && arguments.front() == "call") {
-    for (std::string& argument : arguments) {
-      if (argument.starts_with('[')) argument.insert(0, 1, ' ');
-    }
+  for (std::string& argument : arguments) {
+    if (argument.starts_with('[')) argument.insert(0, 1, kMark);
   }
   std::ranges::reverse(arguments);
   return arguments;
+}
+
+void takeMarksOff(CLI::App& app) {
+  const CLI::Validator withoutMark(
+      [](std::string& argument) {
+        if (argument.starts_with(kMark)) argument.erase(0, 1);
+        return std::string();
+      },
+      "");
+  for (CLI::App* command : app.get_subcommands({})) {
+    for (CLI::Option* option : command->get_options()) option->transform(withoutMark);
+  }
 }
 
 }  // namespace
@@ -219,6 +232,7 @@ int main(int argc, char** argv) {
   addAddress(app, addressOptions);
   addCall(app, callOptions);
   addTransition(app, transitionOptions);
+  takeMarksOff(app);
   try {
     app.parse(argumentsOf(argc, argv));
     return status;
