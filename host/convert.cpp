@@ -65,40 +65,46 @@ std::string converted(const NSData& rtf, const ConvertOptions& options, const st
               : WebKelspar::htmlFromRTFData(rtf).utf8();
 }
 
-std::string convertedHTML(const NSString& html, const ConvertOptions& options,
-                          const std::string& name) {
-  if (options.to == "text") return linesOfHTML(html);
-  if (options.to == "rtf")
-    return std::string(MailKelspar::rtfFromText(NSString(linesOfHTML(html))).chars());
-  if (options.to == "html") return safePage(html);
-  return pdfOf(NSAttributedString::initWithHTML(NSData(html.utf8())), nil, options.pdf, name);
+Converted shown(const Messages& messages, const ConvertOptions& options, const std::string& name) {
+  Converted result;
+  const ShowOptions show{.header = !options.noHeader, .removed = &result.removedContents};
+  if (options.to == "json") {
+    const std::string list = jsonArray(
+        messages, [&show](const auto& message) { return jsonOf(*message, show.removed); });
+    result.output = (messages.size() == 1 ? list.substr(1, list.size() - 2) : list) + "\n";
+  } else if (options.to == "text") {
+    result.output = textOf(messages, show);
+  } else if (options.to == "html") {
+    result.output = htmlOf(messages, show);
+  } else if (options.to == "rtf") {
+    result.output = rtfOf(messages, show);
+  } else {
+    result.output = pdfOf(NSAttributedString::initWithHTML(NSData(htmlOf(messages, show))),
+                          messages.front()->subject, options.pdf, name);
+  }
+  return result;
 }
 
-std::string convertedBody(const NSData& input, const std::string& name,
-                          const ConvertOptions& options) {
+// HTML of its own is the body of a message without a header.
+Converted convertedHTML(const NSString& html, ConvertOptions options, const std::string& name) {
+  const auto message = std::make_shared<Message>();
+  message->html = html;
+  message->attachments = options.pdf.attachments;
+  options.noHeader = true;
+  return shown({message}, options, name);
+}
+
+Converted convertedBody(const NSData& input, const std::string& name,
+                        const ConvertOptions& options) {
   if (options.to == "json") throw Failure(kInputFailed, name + ": is no message");
   const bool isRTF = options.colours || isCompressedRTF(input) || looksLikeRTF(input);
-  if (isRTF || !isHTMLInput(input, name)) return converted(rtfOf(input, name), options, name);
+  if (isRTF || !isHTMLInput(input, name)) return {converted(rtfOf(input, name), options, name)};
   return convertedHTML(htmlOfInput(input, options.charset), options, name);
-}
-
-std::string shown(const Messages& messages, const ConvertOptions& options,
-                  const std::string& name) {
-  const ShowOptions show{.header = !options.noHeader};
-  if (options.to == "json") {
-    const std::string list =
-        jsonArray(messages, [](const auto& message) { return jsonOf(*message); });
-    return (messages.size() == 1 ? list.substr(1, list.size() - 2) : list) + "\n";
-  }
-  if (options.to == "text") return textOf(messages, show);
-  if (options.to == "html") return htmlOf(messages, show);
-  if (options.to == "rtf") return rtfOf(messages, show);
-  return pdfOf(NSAttributedString::initWithHTML(NSData(htmlOf(messages, show))),
-               messages.front()->subject, options.pdf, name);
 }
 
 struct Result {
   std::string input, output, text;
+  uint64_t removedContents = 0;
   int status = 0;
   std::string error;
 };
@@ -124,14 +130,17 @@ class Run {
 
  private:
   Result work(const std::string& input) const {
-    Result result{.input = input, .output = "", .text = "", .status = 0, .error = ""};
+    Result result;
+    result.input = input;
     try {
       const std::string name = inputName(input);
       if (!options_.outputFolder.empty()) {
         result.output = pathUnder(options_.outputFolder, input, options_.to);
         if (!options_.force) expectNoFile(result.output);
       }
-      result.text = convertedInput(readInput(input), name, options_);
+      Converted converted = convertedInput(readInput(input), name, options_);
+      result.text = std::move(converted.output);
+      result.removedContents = converted.removedContents;
       if (!result.output.empty()) {
         makeFolderOf(result.output);
         (options_.force ? writeOutput : writeNewFile)(result.output, result.text);
@@ -172,6 +181,11 @@ class Run {
       ++(result.status == kCannotWrite ? notWritten_ : notRead_);
     } else if (!showsProgress_ && !result.output.empty()) {
       std::cerr << result.input << " -> " << result.output << '\n';
+    }
+    if (result.status == 0 && result.removedContents > 0) {
+      clearProgress();
+      std::cerr << "kelspar: " << inputName(result.input) << ": "
+                << remoteContents(result.removedContents) << " removed\n";
     }
     showProgress();
   }
@@ -225,8 +239,8 @@ NSData rtfOf(const NSData& input, const std::string& name) {
   return rtf;
 }
 
-std::string convertedInput(const NSData& input, const std::string& name,
-                           const ConvertOptions& options) {
+Converted convertedInput(const NSData& input, const std::string& name,
+                         const ConvertOptions& options) {
   if (options.colours || !promisesMessages(input, name)) return convertedBody(input, name, options);
   const auto messages = openMessages(input, name, {.charset = options.charset});
   if (messages.empty()) {

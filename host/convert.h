@@ -27,10 +27,15 @@ struct ConvertOptions {
 // Failure when it is none.
 [[nodiscard]] NSData rtfOf(const NSData& input, const std::string& name);
 
-// What one input becomes: the output's text. Messages are opened; anything else must be a body.
-// Throws Failure.
-[[nodiscard]] std::string convertedInput(const NSData& input, const std::string& name,
-                                         const ConvertOptions& options);
+// What one input becomes.
+struct Converted {
+  std::string output;
+  uint64_t removedContents = 0;  // remote ones that the output goes without
+};
+
+// Messages are opened; anything else must be a body. Throws Failure.
+[[nodiscard]] Converted convertedInput(const NSData& input, const std::string& name,
+                                       const ConvertOptions& options);
 
 // The place of an input's output under a folder: relative paths are kept, no path leaves it.
 [[nodiscard]] std::string pathUnder(const std::string& folder, const std::string& input,

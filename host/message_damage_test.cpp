@@ -56,7 +56,7 @@ bool convertsTo(const char* form, const NSData& bytes, const std::string& name,
   options.to = form;
   options.attachmentFolder = attachmentFolder;
   try {
-    const std::string output = convertedInput(bytes, name, options);
+    const std::string output = convertedInput(bytes, name, options).output;
     EXPECT_TRUE(options.to == "rtf" || NSString::fromUTF8(output)) << form;
   } catch (const Failure& failure) {
     EXPECT_EQ(failure.status(), kInputFailed);

@@ -35,8 +35,7 @@ std::string headerTable(const Message& message, uint64_t removed) {
   std::string rows;
   for (const auto& [name, value] : headerLines(message)) rows += row(name, value);
   if (removed > 0) {
-    rows += row("Removed",
-                std::to_string(removed) + (removed == 1 ? " remote content" : " remote contents"));
+    rows += row("Removed", remoteContents(removed));
   }
   return rows.empty() ? "" : "<table>\n" + rows + "</table>\n<hr>\n<p></p>\n";
 }
@@ -69,6 +68,10 @@ std::string escapedHTML(std::string_view text) {
   return html;
 }
 
+std::string remoteContents(uint64_t count) {
+  return std::to_string(count) + (count == 1 ? " remote content" : " remote contents");
+}
+
 std::string pageOf(const NSString& title, const std::string& body) {
   return "<!DOCTYPE html>\n<html>\n<head>\n<meta charset=\"utf-8\">\n<title>" +
          escapedHTML(title.utf8()) + "</title>\n</head>\n<body>\n" + body + "</body>\n</html>\n";
@@ -94,6 +97,7 @@ std::string htmlOf(const Messages& messages, const ShowOptions& options) {
   for (const auto& message : messages) {
     uint64_t removed = 0;
     const std::string body = bodyHTML(*message, &removed);
+    if (options.removed) *options.removed += removed;
     if (!bodies.empty()) bodies += "<hr>\n";
     bodies += (options.header ? headerTable(*message, removed) : "") + body;
   }
@@ -103,7 +107,5 @@ std::string htmlOf(const Messages& messages, const ShowOptions& options) {
 std::string htmlOf(const Message& message, const ShowOptions& options) {
   return htmlOf({std::make_shared<Message>(message)}, options);
 }
-
-std::string safePage(const NSString& html) { return pageOf(nil, madeSafe(html).text + "\n"); }
 
 }  // namespace kelspar::host

@@ -15,7 +15,4 @@ namespace kelspar::host {
 // were taken out.
 [[nodiscard]] std::string bodyHTML(const Message& message, uint64_t* removed);
 
-// HTML of any origin, made safe, as a page.
-[[nodiscard]] std::string safePage(const NSString& html);
-
 }  // namespace kelspar::host

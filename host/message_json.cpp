@@ -35,9 +35,16 @@ std::string jsonOfAttachment(const Attachment& attachment) {
   return json.text();
 }
 
-NSString bodyHTMLOf(const BestBody& best) {
-  if (!best.html) return nil;
-  return MailKelspar::safeHTML(best.html).objectForKey<NSString>(u"html");
+struct SafeBody {
+  NSString html;  // nil: the body is no HTML
+  uint64_t removed = 0;
+};
+
+SafeBody safeBodyOf(const BestBody& best) {
+  if (!best.html) return {};
+  const NSDictionary safe = MailKelspar::safeHTML(best.html);
+  return {safe.objectForKey<NSString>(u"html"),
+          safe.objectForKey<NSNumber>(u"removed").unsignedLongValue()};
 }
 
 std::string sizeText(size_t bytes) {
@@ -88,6 +95,9 @@ void addInfo(const Message& message, const std::string& indent, std::string* out
   }
   const BestBody best = bestBodyOf(message);
   addBody("Shown body", best.kind.empty() ? "none" : best.kind, &lines);
+  if (const uint64_t removed = safeBodyOf(best).removed) {
+    addBody("Removed", remoteContents(removed), &lines);
+  }
   addBody("Attachments", std::to_string(message.attachments.size()), &lines);
   for (const std::string& fault : message.faults) addBody("Fault", fault, &lines);
   for (size_t at = 0; at < lines.size();) {
@@ -110,8 +120,10 @@ void addInfo(const Message& message, const std::string& indent, std::string* out
 
 }  // namespace
 
-std::string jsonOf(const Message& message) {
+std::string jsonOf(const Message& message, uint64_t* removed) {
   const BestBody best = bestBodyOf(message);
+  const SafeBody body = safeBodyOf(best);
+  if (removed) *removed += body.removed;
   JsonObject json;
   json.add("format", message.format.c_str())
       .add("subject", message.subject)
@@ -125,7 +137,8 @@ std::string jsonOf(const Message& message) {
       .add("received", dateText(message.received))
       .add("body", best.kind.c_str())
       .add("text", NSString(bodyTextOf(message, best)))
-      .add("html", bodyHTMLOf(best))
+      .add("html", body.html)
+      .add("removedRemoteContents", body.removed)
       .addRaw("attachments", jsonArray(message.attachments, jsonOfAttachment))
       .addRaw("faults", jsonArray(message.faults, [](const std::string& fault) {
                 return jsonString(NSString(fault));

@@ -1,12 +1,15 @@
 // Messages as text and RTF.
 #include "host/message_text.h"
 
+#include <algorithm>
+
 #include "MailKelspar/MailKelspar.h"
 #include "RTFKelspar/RTFKelsparNSDataAdditions.h"
 #include "host/body_text.h"
 #include "host/message_header.h"
 #include "host/open_message.h"
 #include "host/rtf_pictures.h"
+#include "platform/richtext/rtf_writer.h"
 
 namespace kelspar::host {
 
@@ -17,6 +20,10 @@ std::string headerText(const Message& message) {
   for (const auto& [name, value] : headerLines(message)) text += name + ": " + value + "\n";
   if (!text.empty()) text += '\n';
   return text;
+}
+
+NSAttributedString lookOf(const Message& message, const ShowOptions& options) {
+  return NSAttributedString::initWithHTML(NSData(htmlOf(message, options)));
 }
 
 }  // namespace
@@ -43,6 +50,9 @@ std::string textOf(const Messages& messages, const ShowOptions& options) {
 }
 
 std::string rtfOf(const Message& message, const ShowOptions& options) {
+  if (!message.rtf && bestBodyOf(message).html) {
+    return std::string(rtfFromAttributedString(lookOf(message, options)).chars());
+  }
   if (!message.rtf) {
     return std::string(MailKelspar::rtfFromText(NSString(textOf(message, options))).chars());
   }
@@ -53,7 +63,16 @@ std::string rtfOf(const Message& message, const ShowOptions& options) {
 
 std::string rtfOf(const Messages& messages, const ShowOptions& options) {
   if (messages.size() == 1) return rtfOf(*messages.front(), options);
-  return std::string(MailKelspar::rtfFromText(NSString(textOf(messages, options))).chars());
+  const auto isText = [](const auto& message) { return !bestBodyOf(*message).html; };
+  if (std::ranges::all_of(messages, isText)) {
+    return std::string(MailKelspar::rtfFromText(NSString(textOf(messages, options))).chars());
+  }
+  NSMutableAttributedString all;
+  for (const auto& message : messages) {
+    if (all.length() > 0) all.append(u"\f", {});
+    all.append(lookOf(*message, options));
+  }
+  return std::string(rtfFromAttributedString(all.copy()).chars());
 }
 
 }  // namespace kelspar::host

@@ -7,6 +7,8 @@ namespace kelspar::host {
 
 struct ShowOptions {
   bool header = true;  // the header block above the body
+  // Where the remote contents are added up that safe HTML, and what is made of it, goes without.
+  uint64_t* removed = nullptr;
 };
 
 // "Wed, 01 May 2024 14:00:00 +0200" in the process's time zone, or as the environment's locale
@@ -22,12 +24,16 @@ struct BestBody;
 [[nodiscard]] std::string textOf(const Message& message, const ShowOptions& options);
 [[nodiscard]] std::string htmlOf(const Message& message, const ShowOptions& options);
 [[nodiscard]] std::string rtfOf(const Message& message, const ShowOptions& options);
-// Several messages in one: apart by form feeds, by rules, by pages. The RTF of one is its own.
+// Several messages in one: apart by form feeds, by rules, by pages. The RTF of one is its own where
+// it has one; HTML becomes RTF with its looks, links and pictures.
 [[nodiscard]] std::string textOf(const Messages& messages, const ShowOptions& options);
 [[nodiscard]] std::string htmlOf(const Messages& messages, const ShowOptions& options);
 [[nodiscard]] std::string rtfOf(const Messages& messages, const ShowOptions& options);
-// One line, without the line feed.
-[[nodiscard]] std::string jsonOf(const Message& message);
+// One line, without the line feed. `*removed` grows as in ShowOptions.
+[[nodiscard]] std::string jsonOf(const Message& message, uint64_t* removed = nullptr);
+
+// "1 remote content", "15 remote contents".
+[[nodiscard]] std::string remoteContents(uint64_t count);
 
 // What `kelspar info` prints.
 [[nodiscard]] std::string infoOf(const Message& message);

@@ -1,0 +1,79 @@
+#!/usr/bin/env python3
+"""What the kelspar program makes of messages: looks in every form, and what is told about them.
+
+Usage: command_line_messages_test.py KELSPAR SOURCE_DIR
+"""
+import json
+import re
+
+from command_line_case import SOURCE, Case, main, run
+
+PLAN = (SOURCE / 'samples' / 'plan.png').read_bytes()
+
+
+class Messages(Case):
+    HTML = (b'<p>Hello <b>bold</b> <i>slant</i> <a href="https://example.org/x">link</a></p>'
+            b'<ul><li>one<li>two</ul><img src="cid:plan">')
+
+    def assert_looks(self, rtf):
+        self.assertRegex(rtf, rb'\{[^{}]*\\b bold\}')
+        self.assertRegex(rtf, rb'\{[^{}]*\\i slant\}')
+        self.assertIn(b'HYPERLINK "https://example.org/x"', rtf)
+        for item in (b'one', b'two'):
+            self.assertIn(item, rtf)
+        self.assertIn(b'\\pngblip', rtf)
+        self.assertIn(PLAN.hex().encode()[:120], rtf)
+
+    def with_plan(self, subject=b'S'):
+        return (b'From: a@b.cd\nSubject: ' + subject + b'\nContent-Type: multipart/related; boundary=x\n\n'
+                b'--x\nContent-Type: text/html\n\n' + self.HTML + b'\n--x\nContent-Type: image/png\n'
+                b'Content-Id: <plan>\nContent-Transfer-Encoding: quoted-printable\n\n' +
+                b''.join(b'=%02X' % byte for byte in PLAN) + b'\n--x--\n')
+
+    def test_html_keeps_its_looks_in_rtf(self):
+        rtf = run('convert', self.mail(content=self.with_plan()), '--to', 'rtf').stdout
+        self.assert_looks(rtf)
+        self.assertIn(b'a@b.cd', rtf)
+        bare = run('convert', self.mail(content=self.with_plan()), '--to', 'rtf', '--no-header').stdout
+        self.assert_looks(bare)
+        self.assertNotIn(b'a@b.cd', bare)
+
+    def test_folders_keep_their_looks_in_rtf(self):
+        box = self.path / 'box'
+        box.write_bytes(b'From a\n' + self.with_plan(b'first') + b'\nFrom b\nSubject: second\n\nplain words\n')
+        first, second = run('convert', box, '--to', 'rtf').stdout.split(b'\\page')
+        self.assert_looks(first)
+        self.assertIn(b'first', first)
+        self.assertIn(b'plain words', second)
+
+    def test_html_files_keep_their_looks_in_rtf(self):
+        page = self.path / 'page.html'
+        page.write_bytes(b'<meta charset=koi8-r>' + self.HTML + '<b>а</b>'.encode('koi8-r'))
+        plan = f'plan={SOURCE / "samples" / "plan.png"}'
+        rtf = run('convert', page, '--to', 'rtf', '--attachment', plan).stdout
+        self.assert_looks(rtf)
+        self.assertIn(b'\\u1072?', rtf)
+
+    REMOTE = (b'Subject: s\nContent-Type: text/html\n\n<p>one<img src="https://e.org/1"><img src="https://e.org/2">')
+
+    def test_remote_contents_are_told(self):
+        mail = self.mail(content=self.REMOTE)
+        for form in ('html', 'pdf', 'rtf', 'json'):
+            result = run('convert', mail, '--to', form, '--no-header')
+            self.assertEqual((result.returncode, result.stderr.decode()),
+                             (0, f'kelspar: {mail}: 2 remote contents removed\n'), form)
+        self.assertEqual(run('convert', mail).stderr, b'')
+        self.assertEqual(json.loads(run('convert', mail, '--to', 'json').stdout)['removedRemoteContents'], 2)
+        self.assertIn(b'\nRemoved: 2 remote contents\n', run('info', mail).stdout)
+        plain = self.mail('b.eml', b'Subject: s\n\none\n')
+        self.assertEqual(json.loads(run('convert', plain, '--to', 'json').stdout)['removedRemoteContents'], 0)
+        self.assertNotIn(b'Removed', run('info', plain).stdout)
+        out = self.path / 'out'
+        result = run('convert', mail, plain, '--to', 'html', '--output-dir', out)
+        self.assertEqual(result.stderr.count(b' removed\n'), 1)
+        record = json.loads(run('stream', stdin=f'{mail}\n'.encode()).stdout)
+        self.assertEqual(record['messages'][0]['removedRemoteContents'], 2)
+
+
+if __name__ == '__main__':
+    main()
