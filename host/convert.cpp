@@ -17,6 +17,7 @@
 #include "host/json_text.h"
 #include "host/message_html.h"
 #include "host/open_message.h"
+#include "host/terminal.h"
 #include "platform/richtext/rtf_writer.h"
 
 namespace kelspar::host {
@@ -177,15 +178,14 @@ class Run {
     ++done_;
     if (result.status != 0) {
       clearProgress();
-      std::cerr << "kelspar: " << result.error << '\n';
+      tell(result.error);
       ++(result.status == kCannotWrite ? notWritten_ : notRead_);
     } else if (!showsProgress_ && !result.output.empty()) {
-      std::cerr << result.input << " -> " << result.output << '\n';
+      tellBare(result.input + " -> " + result.output);
     }
     if (result.status == 0 && result.removedContents > 0) {
       clearProgress();
-      std::cerr << "kelspar: " << inputName(result.input) << ": "
-                << remoteContents(result.removedContents) << " removed\n";
+      tell(inputName(result.input) + ": " + remoteContents(result.removedContents) + " removed");
     }
     showProgress();
   }
@@ -205,9 +205,8 @@ class Run {
   void finish() const {
     clearProgress();
     const size_t failed = notRead_ + notWritten_;
-    std::cerr << "kelspar: " << done_ - failed << " of " << done_ << " converted";
-    if (failed > 0) std::cerr << ", " << failed << " failed";
-    std::cerr << '\n';
+    tell(std::to_string(done_ - failed) + " of " + std::to_string(done_) + " converted" +
+         (failed > 0 ? ", " + std::to_string(failed) + " failed" : ""));
   }
 
   [[nodiscard]] int status() const {

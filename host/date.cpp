@@ -7,6 +7,7 @@
 #include "TimeKelspar/TimeKelspar.h"
 #include "TimeKelspar/TimeKelsparNSDateAdditions.h"
 #include "host/files.h"
+#include "host/terminal.h"
 
 namespace kelspar::host {
 
@@ -62,8 +63,7 @@ std::string write(const NSDate& date, const std::string& to) {
 bool convertOne(const std::string& word, const DateOptions& options) {
   const NSDate date = read(word, options.from);
   if (!date) {
-    std::cerr << "kelspar: " << word << ": is no date"
-              << (options.from == "text" ? "" : " of the kind " + options.from) << '\n';
+    tell(word + ": is no date" + (options.from == "text" ? "" : " of the kind " + options.from));
     return false;
   }
   writeOutput("", write(date, options.to) + "\n");

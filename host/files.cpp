@@ -13,6 +13,8 @@
 #include <filesystem>
 #include <utility>
 
+#include "host/terminal.h"
+
 namespace kelspar::host {
 
 namespace {
@@ -158,7 +160,9 @@ NSData readInput(const std::string& path) {
 
 void writeOutput(const std::string& path, std::string_view bytes) {
   if (path.empty() || path == "-") {
-    if (!writeAll(STDOUT_FILENO, bytes)) throw cannotWrite("standard output");
+    const bool isForPeople = ::isatty(STDOUT_FILENO) == 1;
+    if (!writeAll(STDOUT_FILENO, isForPeople ? withoutControls(bytes) : bytes))
+      throw cannotWrite("standard output");
     return;
   }
   // A device or a pipe is written to; only a regular file can be replaced.

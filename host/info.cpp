@@ -1,11 +1,10 @@
 // One block of lines a message.
 #include "host/info.h"
 
-#include <iostream>
-
 #include "host/files.h"
 #include "host/message_text.h"
 #include "host/open_message.h"
+#include "host/terminal.h"
 
 namespace kelspar::host {
 
@@ -34,7 +33,7 @@ int info(const InfoOptions& options) {
       writeOutput("", lines);
     } catch (const Failure& failure) {
       if (failure.status() == kCannotWrite) throw;
-      std::cerr << "kelspar: " << failure.what() << '\n';
+      tell(failure.what());
       ++failed;
     }
   }

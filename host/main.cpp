@@ -2,7 +2,6 @@
 #include <CLI/CLI.hpp>
 #include <algorithm>
 #include <csignal>
-#include <iostream>
 
 #include "host/call.h"
 #include "host/colours.h"
@@ -13,6 +12,7 @@
 #include "host/jobs.h"
 #include "host/mime_texts.h"
 #include "host/stream.h"
+#include "host/terminal.h"
 #include "host/terminal_text_field.h"
 #include "host/time_zone.h"
 #include "platform/graphics/pdf_paper.h"
@@ -203,6 +203,15 @@ void takeMarksOff(CLI::App& app) {
   }
 }
 
+// Before the parser looks, who says of an unknown word only that a command is missing.
+void expectCommand(const CLI::App& app, int argc, char** argv) {
+  if (argc < 2 || *argv[1] == '-') return;
+  const std::string word = argv[1];
+  const auto isIt = [&word](const CLI::App* command) { return command->get_name() == word; };
+  if (!app.get_subcommands(isIt).empty()) return;
+  throw CLI::ParseError("\"" + word + "\" is no command", CLI::ExitCodes::ExtrasError);
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -234,18 +243,20 @@ int main(int argc, char** argv) {
   addTransition(app, transitionOptions);
   takeMarksOff(app);
   try {
+    expectCommand(app, argc, argv);
     app.parse(argumentsOf(argc, argv));
     return status;
   } catch (const CLI::Success& help) {
     return app.exit(help);
   } catch (const CLI::ParseError& error) {
-    std::cerr << "kelspar: " << error.what() << "\nRun kelspar --help for more.\n";
+    tell(error.what());
+    tellBare("Run kelspar --help for more.");
     return kUsage;
   } catch (const Failure& failure) {
-    std::cerr << "kelspar: " << failure.what() << '\n';
+    tell(failure.what());
     return failure.status();
   } catch (const std::exception& error) {
-    std::cerr << "kelspar: " << error.what() << '\n';
+    tell(error.what());
     return kInputFailed;
   }
 }

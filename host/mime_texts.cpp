@@ -7,6 +7,7 @@
 #include "WebKelspar/WebKelsparNSStringAdditions.h"
 #include "host/body_text.h"
 #include "host/files.h"
+#include "host/terminal.h"
 
 namespace kelspar::host {
 
@@ -39,7 +40,7 @@ void address(const MimeTextOptions& options) {
     if (clean) {
       writeOutput("", clean.utf8() + "\n");
     } else {
-      std::cerr << "kelspar: " << input << ": holds no valid address\n";
+      tell(input + ": holds no valid address");
       ++failed;
     }
   });

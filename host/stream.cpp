@@ -12,6 +12,7 @@
 #include "host/json_text.h"
 #include "host/message_text.h"
 #include "host/open_message.h"
+#include "host/terminal.h"
 
 namespace kelspar::host {
 
@@ -52,7 +53,7 @@ void writeRecord(const std::string& record) {
   try {
     writeOutput("", record + "\n");
   } catch (const Failure& failure) {
-    std::cerr << "kelspar: " << failure.what() << std::endl;
+    tell(failure.what());
     std::_Exit(failure.status());
   }
 }

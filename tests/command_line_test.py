@@ -122,7 +122,7 @@ class CommandLine(Case):
         self.assert_fails(run(), 2)
         self.assert_fails(run('convert'), 2)
         self.assert_fails(run('convert', self.sample, '--to', 'docx'), 2)
-        self.assert_fails(run('frobnicate'), 2)
+        self.assert_fails(run('frobnicate', '--to', 'pdf'), 2, '"frobnicate" is no command')
 
     def test_several_inputs_of_which_none_can_be_read(self):
         out = self.path / 'out'
