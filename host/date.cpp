@@ -4,6 +4,7 @@
 #include <charconv>
 #include <iostream>
 
+#include "MailKelspar/MailKelspar.h"
 #include "TimeKelspar/TimeKelspar.h"
 #include "TimeKelspar/TimeKelsparNSDateAdditions.h"
 #include "host/files.h"
@@ -27,7 +28,13 @@ NSDate fromNumber(const std::string& word, Convert convert) {
   return parse(word, &number) ? convert(number) : NSDate();
 }
 
-NSDate read(const std::string& word, const std::string& from) {
+NSDate readText(const std::string& text, bool exact) {
+  const NSDate date = exact ? NSDate() : MailKelspar::dateFromHeader(NSString(text));
+  return date ? date : TimeKelspar::dateFromMIMEString(text);
+}
+
+NSDate read(const std::string& word, const DateOptions& options) {
+  const std::string& from = options.from;
   if (from == "mapi") return fromNumber<uint64_t>(word, TimeKelspar::dateFromMAPITime);
   if (from == "ole") return fromNumber<double>(word, TimeKelspar::dateFromOLEDate);
   if (from == "hfs") return fromNumber<uint32_t>(word, TimeKelspar::dateFromHFSDate);
@@ -38,39 +45,39 @@ NSDate read(const std::string& word, const std::string& from) {
       return NSDate::since1970(static_cast<double>(TimeKelspar::getUnixTimeFromVMSTime(time)));
     });
   }
-  return TimeKelspar::dateFromMIMEString(word);
-}
-
-std::string write(const NSDate& date, const std::string& to) {
-  const auto seconds = NSNumber(date.secondsSince1970()).longValue();
-  if (to == "mapi") return std::to_string(TimeKelspar::mapiTimeFromDate(date));
-  if (to == "ole") return NSNumber(TimeKelspar::oleDateFromDate(date)).description().utf8();
-  if (to == "hfs") return std::to_string(TimeKelspar::hfsDateFromDate(date));
-  if (to == "vms") return std::to_string(TimeKelspar::getVMSTimeFromUnixTime(seconds));
-  if (to == "unix") return std::to_string(seconds);
-  if (to == "cf") {
-    return NSNumber(date.secondsSince1970() - NSDate::sinceReferenceDate(0).secondsSince1970())
-        .description()
-        .utf8();
-  }
-  if (to == "mime") return TimeKelspar::mimeStringFromDate(date).utf8();
-  return TimeKelsparNSDateAdditions::convertDateToStringWithFormat(
-             date, u"yyyy-MM-dd'T'HH:mm:ssXXX", u"en_US_POSIX")
-      .utf8();
+  return readText(word, options.exact);
 }
 
 // False, and a line on standard error, for an input that is no date.
 bool convertOne(const std::string& word, const DateOptions& options) {
-  const NSDate date = read(word, options.from);
+  const NSDate date = read(word, options);
   if (!date) {
     tell(word + ": is no date" + (options.from == "text" ? "" : " of the kind " + options.from));
     return false;
   }
-  writeOutput("", write(date, options.to) + "\n");
+  writeOutput("", dateAs(date, options.to) + "\n");
   return true;
 }
 
 }  // namespace
+
+std::string dateAs(const NSDate& date, const std::string& form) {
+  const auto seconds = NSNumber(date.secondsSince1970()).longValue();
+  if (form == "mapi") return std::to_string(TimeKelspar::mapiTimeFromDate(date));
+  if (form == "ole") return NSNumber(TimeKelspar::oleDateFromDate(date)).description().utf8();
+  if (form == "hfs") return std::to_string(TimeKelspar::hfsDateFromDate(date));
+  if (form == "vms") return std::to_string(TimeKelspar::getVMSTimeFromUnixTime(seconds));
+  if (form == "unix") return std::to_string(seconds);
+  if (form == "cf") {
+    return NSNumber(date.secondsSince1970() - NSDate::sinceReferenceDate(0).secondsSince1970())
+        .description()
+        .utf8();
+  }
+  if (form == "mime") return TimeKelspar::mimeStringFromDate(date).utf8();
+  return TimeKelsparNSDateAdditions::convertDateToStringWithFormat(
+             date, u"yyyy-MM-dd'T'HH:mm:ssXXX", u"en_US_POSIX")
+      .utf8();
+}
 
 void date(const DateOptions& options) {
   size_t failed = 0;

@@ -120,9 +120,6 @@ void addColours(CLI::App& app, ColoursOptions& options) {
 }
 
 void addDate(CLI::App& app, DateOptions& options) {
-  const auto kinds = [](const char* text) {
-    return CLI::IsMember({text, "mapi", "ole", "hfs", "vms", "cf", "unix"});
-  };
   CLI::App* command = app.add_subcommand(
       "date",
       "Read date texts or time values and print them, ISO 8601 in the local zone by default");
@@ -130,11 +127,13 @@ void addDate(CLI::App& app, DateOptions& options) {
       "TEXT", options.inputs,
       "Date texts, or numbers with --from; lines of standard input when there are none");
   command->add_option("--from", options.from, "What the inputs are")
-      ->check(kinds("text"))
+      ->check(CLI::IsMember({"text", "mapi", "ole", "hfs", "vms", "cf", "unix"}))
       ->capture_default_str();
   command->add_option("--to", options.to, "What is printed")
-      ->check(kinds("iso") | CLI::IsMember({"mime"}))
+      ->check(CLI::IsMember({"iso", "mime", "mapi", "ole", "hfs", "vms", "cf", "unix"}))
       ->capture_default_str();
+  command->add_flag("--exact", options.exact,
+                    "Texts as dateFromMIMEString: reads them, oddities included");
   command->callback([&options] { date(options); });
 }
 

@@ -126,5 +126,20 @@ TEST(HTMLInputs, AreReadUnderTheirCharset) {
   EXPECT_TRUE(contains(htmlOfInput(html, "iso-8859-1").utf8(), "\u00C1"));
 }
 
+TEST(MessageForms, InfoNamesTheCodePageOfRTF) {
+  constexpr std::pair<const char*, const char*> kRows[] = {
+      {"{\\rtf1\\ansi\\ansicpg1251 x}", ", code page 1251\n"},
+      {"{\\rtf1\\ansi\\ansicpg x}", ", no code page stated\n"},
+      {"{\\rtf1\\ansi x}", ", no code page stated\n"},
+      {"{\\rtf1\\ansicpg", ", no code page stated\n"},
+      {"{\\rtf1\\ansicpg12345678 x}", ", code page 12345\n"},
+  };
+  for (const auto& [rtf, said] : kRows) {
+    Message message;
+    message.rtf = NSData(std::string_view(rtf));
+    EXPECT_TRUE(contains(infoOf(message), said)) << rtf;
+  }
+}
+
 }  // namespace
 }  // namespace kelspar::host

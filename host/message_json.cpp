@@ -3,8 +3,8 @@
 #include "MailKelspar/MailKelspar.h"
 #include "RTFKelspar/RTFKelspar.h"
 #include "RTFKelspar/RTFKelsparNSDataAdditions.h"
-#include "TimeKelspar/TimeKelspar.h"
 #include "host/body_text.h"
+#include "host/date.h"
 #include "host/json_text.h"
 #include "host/message_text.h"
 #include "host/open_message.h"
@@ -61,13 +61,29 @@ std::string labelled(const NSString& label) {
 
 void addTime(const char* label, const NSDate& date, std::string* out) {
   if (!date) return;
-  const double seconds = date.secondsSince1970();
   *out += std::string(label) + ": " + readableDate(date) + "\n";
   *out += std::string(label) + ", ISO 8601: " + isoDate(date) + "\n";
-  *out += std::string(label) +
-          ", seconds since 1970: " + std::to_string(static_cast<int64_t>(seconds)) + "\n";
-  *out += std::string(label) +
-          ", 100 ns since 1601: " + std::to_string(TimeKelspar::mapiTimeFromDate(date)) + "\n";
+  constexpr std::pair<const char*, const char*> kForms[] = {
+      {"seconds since 1970", "unix"},
+      {"100 ns since 1601 (MAPI)", "mapi"},
+      {"OLE", "ole"},
+      {"HFS", "hfs"},
+      {"VMS", "vms"},
+      {"CF", "cf"},
+  };
+  for (const auto& [name, form] : kForms) {
+    *out += std::string(label) + ", " + name + ": " + dateAs(date, form) + "\n";
+  }
+}
+
+// What the document says of its bytes beyond ASCII (RTF 1.9.1, \ansicpg), in its first words.
+std::string codePageOf(const NSData& rtf) {
+  constexpr std::string_view kWord = "\\ansicpg";
+  const std::string_view head = rtf.chars().substr(0, 1024);
+  const size_t at = head.find(kWord);
+  std::string_view digits = at == head.npos ? "" : head.substr(at + kWord.size(), 5);
+  digits = digits.substr(0, digits.find_first_not_of("0123456789"));
+  return digits.empty() ? ", no code page stated" : ", code page " + std::string(digits);
 }
 
 void addInfo(const Message& message, const std::string& indent, std::string* out) {
@@ -90,7 +106,8 @@ void addInfo(const Message& message, const std::string& indent, std::string* out
             sizeText(message.rtf.length()) +
                 (message.rtfWasCompressed ? ", stored compressed" : "") +
                 (RTFKelspar::isEncapsulatedHTML(message.rtf) ? ", encapsulates HTML"
-                                                             : ", encapsulates no HTML"),
+                                                             : ", encapsulates no HTML") +
+                codePageOf(message.rtf),
             &lines);
   }
   const BestBody best = bestBodyOf(message);

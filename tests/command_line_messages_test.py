@@ -74,6 +74,15 @@ class Messages(Case):
         record = json.loads(run('stream', stdin=f'{mail}\n'.encode()).stdout)
         self.assertEqual(record['messages'][0]['removedRemoteContents'], 2)
 
+    def test_times_in_every_form(self):
+        mail = self.mail(content=b'Date: Tue, 1 Apr 2003 14:00:00 +0200\n\none\n')
+        info = run('info', mail).stdout.decode()
+        self.assertIn('Sent, ISO 8601: 2003-04-01T12:00:00Z\n', info)
+        for label, form in [('seconds since 1970', 'unix'), ('100 ns since 1601 (MAPI)', 'mapi'), ('OLE', 'ole'),
+                            ('HFS', 'hfs'), ('VMS', 'vms'), ('CF', 'cf')]:
+            value = run('date', '2003-04-01T12:00:00Z', '--to', form).stdout.decode()
+            self.assertIn(f'Sent, {label}: {value}', info)
+
 
 if __name__ == '__main__':
     main()

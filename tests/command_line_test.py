@@ -234,6 +234,15 @@ class CommandLine(Case):
             noon = run('date', '--from', kind, '--', value).stdout.decode()
             self.assertEqual(noon, '1970-01-01T12:00:00Z\n', kind)
 
+    def test_dates_as_people_read_them(self):
+        os.environ['TZ'] = 'UTC'
+        for text, iso in [('Fri, 20 Apr 2001 20:18:00 -0400 (EDT)', '2001-04-21T00:18:00Z'),
+                          ('20 Apr 01 20:18 EDT', '2001-04-21T00:18:00Z')]:
+            self.assertEqual(run('date', text).stdout.decode(), iso + '\n')
+            self.assertEqual(run('date', stdin=text.encode() + b'\n').stdout.decode(), iso + '\n')
+            self.assert_fails(run('date', '--exact', text), 1, text, 'is no date')
+        self.assertEqual(run('date', '--exact', '1970-01-02').stdout, b'1970-01-02T00:00:00Z\n')
+
     def test_date_errors(self):
         result = run('date', stdin=b'1970-01-01\nnonsense\n')
         self.assertEqual(result.returncode, 1)
