@@ -275,7 +275,12 @@ class CommandLine(Case):
 
     def test_completion_in_bash(self):
         for words, some in [(['c'], {'convert', 'colours', 'call'}), (['convert', '--m'], {'--margin'}),
-                            (['convert', '--to', ''], {'text', 'html', 'rtf', 'pdf', 'json'})]:
+                            (['convert', '--to', ''], {'text', 'html', 'rtf', 'pdf', 'json'}),
+                            (['convert', '--page-size', ''], set()), (['date', '--e'], {'--exact'}),
+                            (['date', '--to', ''], {'iso', 'mime', 'mapi', 'ole', 'hfs', 'vms', 'cf', 'unix'}),
+                            (['date', '--from', ''], {'text', 'mapi', 'ole', 'hfs', 'vms', 'cf', 'unix'}),
+                            (['date', '--from', 'x', '--to', 'm'], {'mime', 'mapi'}),
+                            (['transition', '1', '--style', ''], {'count', 'spin', 'spinner'})]:
             script = (f'. "{SOURCE}/completions/kelspar.bash"; COMP_WORDS=(kelspar {" ".join(map(repr, words))}); '
                       f'COMP_CWORD={len(words)}; _kelspar; printf "%s\\n" "${{COMPREPLY[@]}}"')
             path = f'{self.path}:{os.environ["PATH"]}'
@@ -284,6 +289,12 @@ class CommandLine(Case):
             output = subprocess.run(['bash', '-c', script], env=os.environ | {'PATH': path}, capture_output=True,
                                     text=True, timeout=60).stdout
             self.assertEqual(set(output.split()), some)
+
+    def test_help_lists_values_once(self):
+        for command in ('convert', 'date', 'transition'):
+            text = run(command, '--help').stdout.decode()
+            self.assertIn(':{', text)
+            self.assertNotIn(' OR ', text)
 
     def test_margins(self):
         out = self.path / 'out.pdf'
