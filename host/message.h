@@ -26,6 +26,7 @@ struct Attachment {
   NSString contentLocation;
   NSData bytes;
   bool isInline = false;  // its disposition or its flags say so
+  bool isGiven = false;   // brought along for the body: no part of the message
   uint32_t position = kNoPosition;
   std::shared_ptr<Message> message;  // an attached message that could be opened
 };

@@ -86,6 +86,7 @@ std::vector<std::pair<std::string, std::string>> headerLines(const Message& mess
   if (!message.subject.isEmpty()) lines.emplace_back("Subject", oneLine(message.subject));
   std::string files;
   for (const Attachment& attachment : message.attachments) {
+    if (attachment.isGiven) continue;
     files += (files.empty() ? "" : ", ") + nameOf(attachment);
     if (attachment.bytes) {
       const auto size = static_cast<double>(attachment.bytes.length());

@@ -25,6 +25,7 @@ Attachment givenAttachment(const std::string& argument) {
   attachment.name = NSString(path.substr(path.rfind('/') + 1));
   attachment.bytes = readInput(path);
   attachment.isInline = true;
+  attachment.isGiven = true;
   const NSImage image = NSImage::initWithData(attachment.bytes);
   if (!image) throw Failure(kInputFailed, path + ": is no image that can be shown");
   attachment.mediaType = image.type();

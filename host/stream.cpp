@@ -7,6 +7,7 @@
 #include <iostream>
 
 #include "MailKelspar/MailKelspar.h"
+#include "host/base64_text.h"
 #include "host/files.h"
 #include "host/jobs.h"
 #include "host/json_text.h"
@@ -28,13 +29,21 @@ struct Record {
   bool failed = false;
 };
 
+// What a record says its input was. JSON knows only Unicode: a name of other bytes is also there
+// byte by byte, so that two of them can be told apart.
+JsonObject recordAbout(const std::string& name) {
+  JsonObject record;
+  record.add("input", NSString(name));
+  if (!NSString::fromUTF8(name)) record.add("inputBytes", NSString(base64Text(name)));
+  return record;
+}
+
 std::string recordOf(const Line& line, const StreamOptions& options, const std::string& name) {
   const NSData bytes = options.base64 ? MailKelspar::decodeTransfer(NSData(line.text), u"base64")
                                       : readInput(line.text);
   const auto messages = openMessages(bytes, name, {.charset = options.charset});
   if (messages.empty()) throw Failure(kInputFailed, name + ": no message can be read from it");
-  return JsonObject()
-      .add("input", NSString(name))
+  return recordAbout(name)
       .addRaw("messages", jsonArray(messages, [](const auto& each) { return jsonOf(*each); }))
       .text();
 }
@@ -44,7 +53,7 @@ Record work(const Line& line, const StreamOptions& options) {
   try {
     return {recordOf(line, options, name), false};
   } catch (const std::exception& error) {
-    return {JsonObject().add("input", NSString(name)).add("error", error.what()).text(), true};
+    return {recordAbout(name).add("error", error.what()).text(), true};
   }
 }
 

@@ -3,8 +3,8 @@
 
 Usage: command_line_messages_test.py KELSPAR SOURCE_DIR
 """
+import base64
 import json
-import re
 
 from command_line_case import SOURCE, Case, main, run
 
@@ -54,6 +54,15 @@ class Messages(Case):
         self.assert_looks(rtf)
         self.assertIn(b'\\u1072?', rtf)
 
+    def test_images_brought_along_are_no_attachments(self):
+        mail = self.mail(content=b'Subject: s\nContent-Type: text/html\n\n<p>one<img src="cid:plan">')
+        plan = f'plan={SOURCE / "samples" / "plan.png"}'
+        for form in ('text', 'html', 'rtf'):
+            output = run('convert', mail, '--to', form, '--attachment', plan).stdout
+            self.assertIn(b'one', output)
+            self.assertNotIn(b'Attachments', output)
+            self.assertNotIn(b'plan.png', output)
+
     REMOTE = (b'Subject: s\nContent-Type: text/html\n\n<p>one<img src="https://e.org/1"><img src="https://e.org/2">')
 
     def test_remote_contents_are_told(self):
@@ -82,6 +91,17 @@ class Messages(Case):
                             ('HFS', 'hfs'), ('VMS', 'vms'), ('CF', 'cf')]:
             value = run('date', '2003-04-01T12:00:00Z', '--to', form).stdout.decode()
             self.assertIn(f'Sent, {label}: {value}', info)
+
+    def test_stream_tells_names_of_any_bytes_apart(self):
+        names = [bytes(self.path) + b'/caf' + end for end in (b'\xe9', b'\xe8', '\u00e9'.encode())]
+        for name in names[:1] + names[2:]:
+            with open(name, 'wb') as file:
+                file.write(b'Subject: s\n\none\n')
+        records = [json.loads(line) for line in run('stream', stdin=b'\n'.join(names)).stdout.splitlines()]
+        given = [base64.b64decode(record.get('inputBytes', '')) for record in records]
+        self.assertEqual(given, [names[0], names[1], b''])
+        self.assertEqual(records[2]['input'].encode(), names[2])
+        self.assertEqual(['messages' in record for record in records], [True, False, True])
 
 
 if __name__ == '__main__':
