@@ -9,13 +9,13 @@ import sys
 import tempfile
 import unittest
 
-PROGRAM = os.path.abspath(sys.argv[1])
+KELSPAR = os.path.abspath(sys.argv[1])
 SOURCE = pathlib.Path(sys.argv[2])
 
 
 def run(*arguments, stdin=b'', **environment):
     arguments = [each if isinstance(each, bytes) else str(each) for each in arguments]
-    return subprocess.run([PROGRAM, *arguments], input=stdin, capture_output=True, timeout=60,
+    return subprocess.run([KELSPAR, *arguments], input=stdin, capture_output=True, timeout=60,
                           env=os.environ | {'LC_ALL': 'C'} | environment)
 
 

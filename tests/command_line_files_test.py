@@ -8,7 +8,7 @@ import os
 import pathlib
 import subprocess
 
-from command_line_case import PROGRAM, Case, main, run
+from command_line_case import KELSPAR, Case, main, run
 
 
 class Files(Case):
@@ -20,7 +20,7 @@ class Files(Case):
             self.mail(f'in/{i}.eml', b'Subject: s\n\nb\n')
         for mask, mode in [(0o077, 0o600), (0o022, 0o644)]:
             out = self.path / f'out{mask}'
-            command = [PROGRAM, 'convert', *map(str, (self.path / 'in').iterdir()), '--output-dir', out, '--jobs', '8']
+            command = [KELSPAR, 'convert', *map(str, (self.path / 'in').iterdir()), '--output-dir', out, '--jobs', '8']
             result = subprocess.run(command, capture_output=True, preexec_fn=lambda: os.umask(mask))
             self.assertEqual(result.returncode, 0, result.stderr[-1000:])
             folder = out / str(self.path / 'in')[1:]
@@ -30,7 +30,7 @@ class Files(Case):
         self.mail('x', b'Subject: upper\n\nb\n'), self.mail('sub/x', b'Subject: lower\n\nb\n')
         for _ in range(20):
             out = self.path / 'out'
-            result = subprocess.run([PROGRAM, 'convert', 'x', '../x', '--output-dir', out], cwd=self.path / 'sub',
+            result = subprocess.run([KELSPAR, 'convert', 'x', '../x', '--output-dir', out], cwd=self.path / 'sub',
                                     capture_output=True)
             self.assertEqual(result.returncode, 4, result.stderr)
             self.assertEqual(result.stderr.count(b'x.txt: is there already (--force replaces it)\n'), 1)

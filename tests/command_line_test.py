@@ -11,7 +11,7 @@ import re
 import resource
 import subprocess
 
-from command_line_case import PROGRAM, SOURCE, Case, main, run
+from command_line_case import KELSPAR, SOURCE, Case, main, run
 
 
 class CommandLine(Case):
@@ -285,7 +285,7 @@ class CommandLine(Case):
                       f'COMP_CWORD={len(words)}; _kelspar; printf "%s\\n" "${{COMPREPLY[@]}}"')
             path = f'{self.path}:{os.environ["PATH"]}'
             if not (self.path / 'kelspar').exists():
-                (self.path / 'kelspar').symlink_to(pathlib.Path(PROGRAM).resolve())
+                (self.path / 'kelspar').symlink_to(pathlib.Path(KELSPAR).resolve())
             output = subprocess.run(['bash', '-c', script], env=os.environ | {'PATH': path}, capture_output=True,
                                     text=True, timeout=60).stdout
             self.assertEqual(set(output.split()), some)
@@ -388,7 +388,7 @@ class CommandLine(Case):
         self.assert_fails(run('stream', '--jobs', '257'), 2, '--jobs')
 
     def test_stream_does_not_wait_for_more(self):
-        with subprocess.Popen([PROGRAM, 'stream', '--jobs', '2'], stdin=subprocess.PIPE,
+        with subprocess.Popen([KELSPAR, 'stream', '--jobs', '2'], stdin=subprocess.PIPE,
                               stdout=subprocess.PIPE) as process:
             for _ in range(3):
                 process.stdin.write(f'{self.mail()}\n'.encode())
@@ -403,7 +403,7 @@ class CommandLine(Case):
         limit = lambda: resource.setrlimit(resource.RLIMIT_FSIZE, (4, 4))
         for option in ('-o', '--output-dir', '--extract-attachments'):
             place = self.path / 'out'
-            result = subprocess.run([PROGRAM, 'convert', self.mail(), option, place], capture_output=True,
+            result = subprocess.run([KELSPAR, 'convert', self.mail(), option, place], capture_output=True,
                                     preexec_fn=limit)
             self.assertEqual(result.returncode, 4)
             self.assertIn(b'cannot be written', result.stderr)

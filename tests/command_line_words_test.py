@@ -8,7 +8,7 @@ import pty
 import subprocess
 import tty
 
-from command_line_case import PROGRAM, Case, main, run
+from command_line_case import KELSPAR, Case, main, run
 
 
 class Words(Case):
@@ -29,7 +29,7 @@ class Words(Case):
         """What a terminal gets on standard output and error, and the exit status."""
         ours, theirs = pty.openpty()
         tty.setraw(theirs)
-        process = subprocess.Popen([PROGRAM, *arguments], stdin=subprocess.DEVNULL, stdout=theirs, stderr=theirs)
+        process = subprocess.Popen([KELSPAR, *arguments], stdin=subprocess.DEVNULL, stdout=theirs, stderr=theirs)
         os.close(theirs)
         shown = b''
         try:
