@@ -384,7 +384,10 @@ class CommandLine(Case):
         self.assertIn('No such file', records[-1]['error'])
         self.assertEqual(result.returncode, 1)
 
-    def test_jobs_are_bounded(self):
+    def test_stream_with_as_many_jobs_as_there_may_be(self):
+        lines = f'{self.mail()}\n' * 3000
+        result = run('stream', '--jobs', '256', stdin=lines.encode())
+        self.assertEqual(result.stdout.count(b'\n'), 3000, result.stderr)
         self.assert_fails(run('stream', '--jobs', '257'), 2, '--jobs')
 
     def test_stream_does_not_wait_for_more(self):
