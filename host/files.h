@@ -35,9 +35,9 @@ inline constexpr int kCannotWrite = 4;
 [[nodiscard]] bool writeAll(int descriptor, std::string_view bytes);
 
 // Writes to standard output for an empty path or "-", without control characters where that is a
-// terminal. A file is written beside its place and then
-// renamed into it: it is replaced whole or not at all. A link's target is what is replaced; a file
-// that must not be written stays. Throws Failure.
+// terminal. A file is written beside its place and then renamed into it: it is replaced whole or
+// not at all. A link's target is what is replaced; a file that must not be written stays. Throws
+// Failure.
 void writeOutput(const std::string& path, std::string_view bytes);
 
 // Writes a file where there is none, in the same way: of several threads or programs that write

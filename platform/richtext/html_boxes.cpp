@@ -1,7 +1,6 @@
 #include "platform/richtext/html_boxes.h"
 
 #include <algorithm>
-#include <ranges>
 
 namespace kelspar::html {
 
@@ -62,10 +61,11 @@ bool isBox(const Declarations& declared, const std::optional<NSColor>& ground) {
 }
 
 std::optional<NSColor> groundOf(const NSParagraphStyle& paragraph) {
-  for (const NSTextTableCell& box : std::views::reverse(paragraph.cells)) {
-    if (box.background) return box.background;
-  }
-  return std::nullopt;
+  const auto& boxes = paragraph.cells;
+  const auto box = std::find_if(boxes.rbegin(), boxes.rend(), [](const NSTextTableCell& each) {
+    return each.background.has_value();
+  });
+  return box == boxes.rend() ? std::nullopt : box->background;
 }
 
 }  // namespace kelspar::html
