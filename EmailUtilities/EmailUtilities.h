@@ -24,8 +24,8 @@ class EmailUtilities {
   // and diacritics, so that "." in it fits any character.
   //
   // Linear in the body, the images and their attachments, but for the look-up: each different
-  // source is compared with each attachment, a million times at most (identifiers longer than 64
-  // units count more), and all expressions together have about a second. Images that are not
+  // source is compared with each attachment, twenty million times at most (identifiers longer than
+  // 64 units count more), and all expressions together have about a second. Images that are not
   // found by then are passed over.
   static void buildRTFMessageContent(const NSData& rtfData, const NSArray& attachments,
                                      Completion completion);

@@ -65,7 +65,7 @@ class Pictures {
 
   NSArray attachments_;
   std::map<std::u16string, NSAttributedString> known_;
-  size_t comparisons_ = 1'000'000;
+  size_t comparisons_ = 20'000'000;
   int32_t steps_ = 2'000;
 };
 
