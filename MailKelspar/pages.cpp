@@ -17,7 +17,8 @@ NSData pages(const NSAttributedString& text, const std::optional<PDFPaper>& pape
            [&document](std::string_view piece) {
              document.append(piece);
              return true;
-           });
+           })
+      .log();
   return NSData(std::move(document));
 }
 

@@ -15,7 +15,7 @@ NSData createPdfDataFromAttributedString(const NSAttributedString& receiver) {
     writePDF(receiver, {}, [&](std::string_view piece) {
       document.append(piece);
       return true;
-    });
+    }).log();
   });
   return NSData(std::move(document));
 }
@@ -29,7 +29,7 @@ bool saveRtfAsPdfWithFilepath(const NSAttributedString& receiver, const NSURL& f
     if (!file) return;
     writePDF(receiver, {}, [&](std::string_view piece) {
       return std::fwrite(piece.data(), 1, piece.size(), file.get()) == piece.size();
-    });
+    }).log();
   });
   return true;
 }

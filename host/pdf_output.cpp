@@ -6,6 +6,7 @@
 
 #include "EmailUtilities/EmailUtilities.h"
 #include "host/files.h"
+#include "host/terminal.h"
 #include "platform/dispatch/dispatch.h"
 #include "platform/graphics/NSImage.h"
 #include "platform/graphics/pdf_pages.h"
@@ -83,6 +84,7 @@ std::string pdfOf(const NSAttributedString& text, const NSString& title,
                  return true;
                });
   if (report.hasNoFonts) throw Failure(kInputFailed, name + ": needs fonts, and none is installed");
+  if (const NSString complaint = report.complaint()) tell(name + ": " + complaint.utf8());
   return document;
 }
 

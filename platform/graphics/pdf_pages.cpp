@@ -81,6 +81,21 @@ bool hasLinks(const NSAttributedString& text) {
 
 }  // namespace
 
+NSString PDFReport::complaint() const {
+  if (hasNoFonts) return u"no font is installed: there are no letters"_ns;
+  if (scriptsWithoutFont.empty()) return nil;
+  std::u16string names;
+  for (const NSString& script : scriptsWithoutFont) {
+    if (!names.empty()) names += u", ";
+    names += script.view();
+  }
+  return NSString(u"no font has the letters of " + names + u": boxes stand for them");
+}
+
+void PDFReport::log() const {
+  if (const NSString text = complaint()) NSLog(u"Warning: %@"_ns, text);
+}
+
 PDFReport writePDF(const NSAttributedString& text, const PDFOptions& options,
                    const std::function<bool(std::string_view)>& write) {
   if (text.length() == 0) return {};
@@ -96,11 +111,7 @@ PDFReport writePDF(const NSAttributedString& text, const PDFOptions& options,
     return !pages.isBroken();
   });
   pages.finish();
-  const PDFReport report = faults.report();
-  for (const NSString& script : report.scriptsWithoutFont) {
-    NSLog(u"Warning: no font has the letters of %@, boxes stand for them"_ns, script);
-  }
-  return report;
+  return faults.report();
 }
 
 }  // namespace kelspar

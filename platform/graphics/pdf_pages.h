@@ -20,9 +20,15 @@ struct PDFOptions {
 
 struct PDFReport {
   // English names of the scripts that no font here has letters for, each once, by name; "symbols"
-  // for what belongs to none. Boxes with code points stand for their characters. Each is logged.
+  // for what belongs to none. Boxes with code points stand for their characters.
   std::vector<NSString> scriptsWithoutFont;
   bool hasNoFonts = false;  // none at all is installed: pages without letters
+
+  // In words: "no font has the letters of Han, Thai: boxes stand for them"; nil when nothing is
+  // missing.
+  [[nodiscard]] NSString complaint() const;
+  // Writes the complaint, if there is one, to the log.
+  void log() const;
 };
 
 // Lays `text` out on lines of 550 points, on pages of 715 points unless `paper` says otherwise.

@@ -133,6 +133,13 @@ TEST(PDFPages, ScriptsWithoutAFontAreTold) {
             (std::vector<NSString>{u"Kawi", u"Pahawh_Hmong", u"symbols"}));
 }
 
+TEST(PDFPages, ComplaintsAreSentences) {
+  EXPECT_FALSE(PDFReport().complaint());
+  EXPECT_EQ((PDFReport{{u"Han", u"Thai"}, false}.complaint()),
+            u"no font has the letters of Han, Thai: boxes stand for them"_ns);
+  EXPECT_EQ((PDFReport{{}, true}.complaint()), u"no font is installed: there are no letters"_ns);
+}
+
 TEST(PDFPages, ALineHigherThanAPageIsCutAnyhow) {
   NSTextAttributes look;
   look.font.size = 1'500;
