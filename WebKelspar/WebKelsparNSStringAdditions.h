@@ -52,10 +52,8 @@ namespace kelspar::WebKelsparNSStringAdditions {
 // Decimal references with an escaped ampersand ("&amp;#233;", "&amp;233;") as the unit of that
 // number, cut to 16 bits. Others stay. nil for nil.
 //
-// Each reference is replaced in turn over the whole text, and sees what those before it made. Where
-// the units put in could complete a further reference ("&", "#", ";", digits, blanks, the letters
-// of "amp") a turn costs the text's length; texts that would take more than 5e8 units of it, no
-// mail's, are read in one pass instead, which does not see what it made.
+// Each reference is replaced in turn over the whole text, and sees what those before it made.
+// Linear, but for texts of more than 2^30 units, where each turn costs the text's length.
 [[nodiscard]] NSString decodeHTMLFormattingTags(const NSString& receiver);
 
 // HTML to text; "" for nil, empty and text with lone surrogates (but for the fallback).

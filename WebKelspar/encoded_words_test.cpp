@@ -57,6 +57,34 @@ TEST(FormattingTags, EqualTheStatedSteps) {
   }
 }
 
+// Long chains, in which units put in complete references that complete others.
+TEST(FormattingTags, EqualTheStatedStepsInLongTexts) {
+  std::mt19937 random(19);
+  const std::u16string_view units[] = {u"38", u"59", u"97",  u"109", u"112", u"35",
+                                       u"54", u"53", u"#38", u"65",  u"32",  u"48"};
+  for (int round = 0; round < 300; ++round) {
+    std::u16string text;
+    for (size_t i = 100 + random() % 200; i > 0; --i) {
+      if (random() % 4 == 0) text += u"&amp;"[random() % 5];
+      text += u"&amp;";
+      text += units[random() % std::size(units)];
+      if (random() % 8 != 0) text += u';';
+    }
+    ASSERT_EQ(decodeHTMLFormattingTags(text), literalFormattingTags(text)) << "round " << round;
+  }
+}
+
+// Each reference its own turn: by the stated steps a day's work.
+TEST(FormattingTags, ManyDifferentReferences) {
+  std::u16string text = u"&amp;#38;amp;65; &amp;65; ", expected = u"A A ";
+  for (int value = 200; value < 55'000; ++value) {
+    text += u"&amp;" + std::u16string(NSString(std::to_string(value)).view()) + u";" +
+            std::u16string(20, u'x');
+    expected += static_cast<char16_t>(value) + std::u16string(20, u'x');
+  }
+  EXPECT_EQ(decodeHTMLFormattingTags(text), expected);
+}
+
 #ifdef KELSPAR_CORPUS
 TEST(EncodedWordsCorpus, HeadersDecodeByTheStatedSteps) {
   std::ifstream file(KELSPAR_CORPUS "/headers/encoded-words.txt");

@@ -8,6 +8,7 @@
 
 #include "WebKelspar/WebKelsparNSStringAdditions.h"
 #include "WebKelspar/mime_words.h"
+#include "WebKelspar/reference_text.h"
 #include "platform/unicode/NSCharacterSet.h"
 #include "platform/unicode/NSScanner.h"
 #include "platform/unicode/NSStringCase.h"
@@ -56,25 +57,22 @@ bool formsReferences(char16_t unit) {
   return kUnits.find(unit) != Text::npos || NSCharacterSet::whitespaceAndNewline().contains(unit);
 }
 
-// One replacement after the other over the whole text, each seeing what the ones before it made. A
-// match whose text had its turn before has another one only when something was put in since that
-// may complete it. Each turn costs the text's length; beyond this work, which is no mail's, nothing
-// is given, and one pass has to do.
-constexpr size_t kMostWork = 500'000'000;
-std::optional<NSString> replacedInTurn(NSString text, const std::vector<Reference>& references) {
-  size_t work = 0, changes = 0;
-  std::unordered_map<Text, size_t> changesAtTurn;
-  for (const Reference& reference : references) {
-    const auto [turn, isFirst] = changesAtTurn.try_emplace(reference.body, changes);
-    if (!isFirst && turn->second == changes) continue;
-    work += text.length();
-    if (work > kMostWork) return std::nullopt;
-    turn->second = changes;
-    const size_t length = text.length();
-    text = stringByReplacingCaseInsensitive(text, reference.whole, Text(&reference.unit, 1));
-    if (text.length() != length && formsReferences(reference.unit)) ++changes;
+// The stated sequence: one replacement after the other over the whole text, each seeing what the
+// ones before it made.
+NSString replacedInTurn(const NSString& text, const std::vector<Reference>& references) {
+  constexpr size_t kMostUnits = size_t{1} << 30;
+  if (text.length() > kMostUnits) {
+    NSString result = text;
+    for (const Reference& one : references) {
+      result = stringByReplacingCaseInsensitive(result, one.whole, Text(&one.unit, 1));
+    }
+    return result;
   }
-  return text;
+  std::vector<Text> bodies;
+  for (const Reference& one : references) bodies.push_back(one.body);
+  ReferenceText chain(text.view(), bodies);
+  for (const Reference& one : references) chain.replace(one.body, one.unit);
+  return NSString(chain.text());
 }
 
 // The references of the text in its order, those that have a value.
@@ -128,7 +126,7 @@ NSString decodeHTMLFormattingTags(const NSString& receiver) {
   const std::vector<Reference> found = findReferences(receiver.view());
   if (found.empty()) return receiver;
   if (std::ranges::any_of(found, [](const auto& one) { return formsReferences(one.unit); })) {
-    if (const auto replaced = replacedInTurn(receiver, found)) return *replaced;
+    return replacedInTurn(receiver, found);
   }
   return replacedInOnePass(receiver.view(), found);
 }
