@@ -28,9 +28,11 @@ NSDate fromNumber(const std::string& word, Convert convert) {
   return parse(word, &number) ? convert(number) : NSDate();
 }
 
+// What the exact operation reads means what it says; comments, obsolete zones and the like come
+// after it.
 NSDate readText(const std::string& text, bool exact) {
-  const NSDate date = exact ? NSDate() : MailKelspar::dateFromHeader(NSString(text));
-  return date ? date : TimeKelspar::dateFromMIMEString(text);
+  const NSDate date = TimeKelspar::dateFromMIMEString(text);
+  return date || exact ? date : MailKelspar::dateFromHeader(NSString(text));
 }
 
 NSDate read(const std::string& word, const DateOptions& options) {

@@ -132,8 +132,7 @@ void addDate(CLI::App& app, DateOptions& options) {
   command->add_option("--to", options.to, "What is printed")
       ->check(CLI::IsMember({"iso", "mime", "mapi", "ole", "hfs", "vms", "cf", "unix"}))
       ->capture_default_str();
-  command->add_flag("--exact", options.exact,
-                    "Texts as dateFromMIMEString: reads them, oddities included");
+  command->add_flag("--exact", options.exact, "Only texts that dateFromMIMEString: reads");
   command->callback([&options] { date(options); });
 }
 

@@ -242,6 +242,9 @@ class CommandLine(Case):
             self.assertEqual(run('date', stdin=text.encode() + b'\n').stdout.decode(), iso + '\n')
             self.assert_fails(run('date', '--exact', text), 1, text, 'is no date')
         self.assertEqual(run('date', '--exact', '1970-01-02').stdout, b'1970-01-02T00:00:00Z\n')
+        os.environ['TZ'] = 'Asia/Kolkata'  # what has no zone is of the local one
+        self.assertEqual(run('date', '2023-07-05 10:00:00').stdout, b'2023-07-05T10:00:00+05:30\n')
+        os.environ['TZ'] = 'UTC'
 
     def test_date_errors(self):
         result = run('date', stdin=b'1970-01-01\nnonsense\n')
