@@ -153,6 +153,7 @@ class SafeWriter {
       dropped_ = 1;
       return;
     }
+    if (token.tag == Tag::body) return body();
     const Tag tag = token.tag == Tag::image ? Tag::img : token.tag;
     if (std::ranges::find(kAllowed, tag) == std::end(kAllowed)) {
       countRemote(tag);
@@ -164,6 +165,33 @@ class SafeWriter {
     if (html::has(tag, html::kVoid)) return;
     ++open_[static_cast<size_t>(tag)];
     order_.push_back(tag);
+  }
+
+  // What the body's tag says of the looks is a block's around all that follows.
+  void body() {
+    countRemote(Tag::body);
+    if (!order_.empty() || isInBody_) return;
+    const size_t before = out_.size();
+    out_ += u"<div";
+    const size_t bare = out_.size();
+    std::u16string style;
+    const auto add = [&style](std::u16string_view css) {
+      size_t removed = 0;  // they are counted above
+      const std::u16string kept = safe::declarations(css, &removed);
+      if (!kept.empty()) style.append(style.empty() ? u"" : u"; ").append(kept);
+    };
+    for (const Attribute& each : tokens_.attributes()) {
+      const std::u16string name = ascii::lowerCase(each.name);
+      const std::u16string value(each.value());
+      if (name == u"bgcolor") add(u"background-color:" + value);
+      if (name == u"text") add(u"color:" + value);
+      if (name == u"class" || name == u"dir" || name == u"lang") append(name, value);
+    }
+    const Attribute* const own = tokens_.attribute(u"style");
+    if (own) add(own->value());
+    if (!style.empty()) append(u"style", style);
+    isInBody_ = out_.size() > bare;
+    isInBody_ ? void(out_ += u'>') : out_.resize(before);
   }
 
   // An element that is left out altogether may have wanted something from the network.
@@ -253,12 +281,14 @@ class SafeWriter {
   void closeAll() {
     endStyle();
     for (size_t i = order_.size(); i-- > 0;) end(order_[i]);
+    if (isInBody_) out_ += u"</div>";
   }
 
   html::Tokenizer tokens_;
   std::u16string out_, sheet_;
   size_t removed_ = 0;
   bool inStyle_ = false;
+  bool isInBody_ = false;
   Tag dropping_ = Tag::none;
   size_t dropped_ = 0;
   std::array<uint32_t, static_cast<size_t>(Tag::count)> open_{};

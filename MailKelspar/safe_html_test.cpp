@@ -35,6 +35,12 @@ constexpr Row kRows[] = {
     {"DataOfOtherType", u"<img src='data:image/svg+xml;base64,AA=='>", u"<img>"},
     {"Background", u"<td background=//e.org/x>a</td>", u"<td>a</td>", 1},
     {"BodyBackground", u"<body background='https://e.org/x'>a</body>", u"a", 1},
+    {"BodyLooks",
+     u"<body style='font-family:A' bgcolor=#eee text='red;position:fixed' class=x onload=y><p>a"
+     u"</div>b<body style=color:blue>c",
+     u"<div class=\"x\" style=\"background-color: #eee; color: red; font-family: "
+     u"A\"><p>abc</p></div>"},
+    {"BodyInsideABlock", u"<p><body style=color:red>a", u"<p>a</p>"},
     {"StyleSheetLink", u"<link rel=stylesheet href='https://e.org/x.css'>a", u"a", 1},
     {"Styles", u"<p style='color: red; position: fixed; Margin-Top:2px'>a</p>",
      u"<p style=\"color: red; margin-top: 2px\">a</p>"},

@@ -86,8 +86,14 @@ Converted shown(const Messages& messages, const ConvertOptions& options, const s
   return result;
 }
 
-// HTML of its own is the body of a message without a header.
+// HTML of its own is the body of a message without a header. Where it is not HTML that comes out
+// and no picture is given, it need not be made safe, and keeps all that it says.
 Converted convertedHTML(const NSString& html, ConvertOptions options, const std::string& name) {
+  if (options.pdf.attachments.empty() && (options.to == "pdf" || options.to == "rtf")) {
+    const NSAttributedString text = NSAttributedString::initWithHTML(NSData(html.utf8()));
+    if (options.to == "pdf") return {pdfOf(text, nil, options.pdf, name)};
+    return {std::string(rtfFromAttributedString(text).chars())};
+  }
   const auto message = std::make_shared<Message>();
   message->html = html;
   message->attachments = options.pdf.attachments;
