@@ -55,7 +55,7 @@ class Scanner {
     const size_t from = at_;
     while (isDigit(peek()) && at_ - from < 4) value = value * 10 + (text_[at_++] - '0');
     need(at_ > from && value >= least && value <= most);
-    return value;
+    return isGood_ ? value : 0;  // what is not good is computed with all the same
   }
 
   // "[+-]hh[:mm[:ss]]" in seconds.
