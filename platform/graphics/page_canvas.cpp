@@ -99,7 +99,7 @@ PageCanvas::PageCanvas(const PDFPaper& paper, const std::string& title, bool has
                                    nullptr);
   if (count == 1) {
     cairo_text_extents_t extents;
-    cairo_scaled_font_glyph_extents(plainFont_, dash, 1, &extents);
+    cairo_scaled_font_text_extents(plainFont_, "\u2014", &extents);
     dash_ = {dash->index, extents.x_advance / kPlainSize};
   }
   cairo_glyph_free(dash);
